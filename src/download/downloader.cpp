@@ -1,0 +1,114 @@
+#include "download/downloader.h"
+
+#include <QDebug>
+#include <QHostInfo>
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+
+// A server that accepts the connection and falls silent must not hold up the refresh for ever.
+static constexpr int stallTimeoutMs = 30000;
+
+QString describeSslErrors(const QList<QSslError>& errors)
+{
+    QStringList texts;
+    for (const auto& error : errors)
+        texts << error.errorString();
+    return texts.join(QStringLiteral(", "));
+}
+
+QNetworkAccessManager* Downloader::getManager()
+{
+    static auto* manager = new QNetworkAccessManager;
+    return manager;
+}
+
+Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(url)
+{
+    // A stale guess of the platform about the network's state must not block downloads.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    if (getManager()->networkAccessible() != QNetworkAccessManager::Accessible)
+        getManager()->setNetworkAccessible(QNetworkAccessManager::Accessible);
+    QT_WARNING_POP
+}
+
+// Any reply that the shared manager completes is taken for this download's: the scheduler runs one download at a time.
+void Downloader::go()
+{
+    connect(getManager(), &QNetworkAccessManager::finished, this, &Downloader::getFinished);
+    issueRequest();
+}
+
+void Downloader::issueRequest()
+{
+    QNetworkRequest request(m_url);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setTransferTimeout(stallTimeoutMs);
+    auto* reply = getManager()->get(request);
+    connect(reply, &QNetworkReply::downloadProgress, this, &Downloader::onDownloadProgress);
+    connect(
+        reply, &QNetworkReply::sslErrors, this,
+        [this, reply](const QList<QSslError>& errors) { onSslErrors(reply, errors); }, Qt::DirectConnection);
+}
+
+void Downloader::onDownloadProgress(qint64 received, qint64 total)
+{
+    float fraction = 0;
+    if (total >= 1)
+        fraction = static_cast<float>(received) / static_cast<float>(total);
+    else if (m_expectedSize >= 1)
+        fraction = static_cast<float>(received) / static_cast<float>(m_expectedSize);
+    emit progressUpdate(fraction, m_progressMessage);
+}
+
+void Downloader::onSslErrors(QNetworkReply* reply, const QList<QSslError>& errors)
+{
+    qWarning().noquote() << "Downloader for" << reply->request().url().toString()
+                         << "got ssl errors:" << describeSslErrors(errors);
+}
+
+void Downloader::getFinished(QNetworkReply* reply)
+{
+    reply->deleteLater();
+    if (reply->error() == QNetworkReply::NoError) {
+        m_contents = reply->readAll();
+        setError(NoError);
+    } else {
+        fail(reply);
+    }
+    emit finished(this);
+}
+
+void Downloader::fail(QNetworkReply* reply)
+{
+    m_contents.clear();
+    const auto text = reply->errorString();
+    const auto status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
+    int code = UnknownError;
+    if (!status.isValid()) {
+        qWarning().noquote() << "Unknown Error" << text;
+    } else if (status.toInt() == 401) {
+        code = AuthenticationError;
+        qWarning() << "Content Access Denied Error";
+    } else if (status.toInt() == 404) {
+        code = DownloadError;
+        qWarning() << "Content Not Found Error";
+    } else {
+        qWarning() << "Unknown Error: " << status.toInt();
+    }
+    setError(code, text);
+
+    qWarning().noquote() << "Downloader for" << m_url.toString() << "failed:" << text;
+    if (reply->error() == QNetworkReply::SslHandshakeFailedError) {
+        const auto chain = reply->sslConfiguration().peerCertificateChain();
+        for (const auto& certificate : chain)
+            qWarning().noquote() << "Peer certificate:" << certificate.toText();
+    }
+    QStringList addresses;
+    const auto found = QHostInfo::fromName(m_url.host()).addresses();
+    for (const auto& address : found)
+        addresses << address.toString();
+    qDebug().noquote() << "DNS lookup for" << m_url.host() << "returns" << addresses.join(QStringLiteral(", "));
+}

@@ -1,0 +1,115 @@
+#pragma once
+
+#include "cache/safepath.h"
+#include "index/indexentry.h"
+#include "tasks/task.h"
+
+#include <QElapsedTimer>
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QSslError>
+#include <QTimer>
+
+class BackgroundSaver;
+class QNetworkAccessManager;
+class QNetworkReply;
+
+/**
+ * Downloads many files into the cache, ten requests at a time, and retries what fails.
+ *
+ * Fill it with enqueue(), then startDownload(); finished() comes once a run, getError() tells how it ended. After the
+ * first file that failed for good no further request starts. Main thread, but for enqueue(), which one worker may call
+ * while the queue has not been started.
+ */
+class DownloadQueue : public QObject
+{
+    Q_OBJECT
+
+public:
+    /** name is for log lines. Files are fetched from baseUrl (ends with "/") and go to cacheRoot + "/ResFiles". */
+    DownloadQueue(const QString& baseUrl, const QString& cacheRoot, const QString& name, QObject* parent = nullptr);
+    ~DownloadQueue() override;
+
+    void enqueue(const IndexEntryPtr& entry);
+    /** Starts, or goes on after a pause. An empty queue finishes at once. */
+    void startDownload();
+    /** Requests in flight run to their end, no new ones start. */
+    void pauseDownload() { m_paused = true; }
+    /** Drops what waits. */
+    void clear();
+
+    /** 0, 2 (a file could not be downloaded or stayed corrupt) or 3 (a file could not be stored). */
+    int getError() const { return m_error; }
+    /** Files that wait. */
+    int getSize() const { return m_queue.size(); }
+    qint64 getBytesToDownload() const { return m_bytesToDownload; }
+
+    /** A transfer on which nothing has moved for so long is given up and tried again. */
+    void setStallTimeout(int milliseconds) { m_stallTimeoutMs = milliseconds; }
+
+signals:
+    /** fraction: 0 to 1. */
+    void progressUpdate(float fraction, const QString& message);
+    void finished();
+
+private slots:
+    void getFinished(QNetworkReply* reply);
+    void onDataAvailable();
+    void onDownloadProgress();
+    void onSslErrors(const QList<QSslError>& errors);
+    void onFileSucceeded(const QString& url);
+    void onFileCorrupt(const QString& url);
+    void onFileFailed(const QString& url);
+
+private:
+    /** A request in flight. */
+    struct Transfer {
+        QString url;
+        QString fileName;
+        qint64 received = 0;
+        bool storageFailed = false;
+        QElapsedTimer sinceProgress;
+    };
+
+    void downloadNextEntries();
+    bool takeNextEntry(IndexEntryPtr* entry, QString* fileName);
+    void issueRequest(const IndexEntryPtr& entry, const QString& fileName);
+    void handleTransferError(QNetworkReply* reply, const Transfer& transfer);
+    void rescheduleFile(const QString& fileName);
+    bool tryAgain(const QString& fileName, QHash<QString, int>* counts);
+    void failFile(const QString& fileName, int error);
+    void abortStalledTransfers();
+    void updateProgress();
+    void checkIfFinished();
+    QString fileOfUrl(const QString& url) const { return m_files.value(url); }
+
+    const QString m_baseUrl;
+    const QString m_name;
+    SafePath m_resFiles;
+    QNetworkAccessManager* const m_manager;
+    BackgroundSaver* const m_saver;
+
+    QList<IndexEntryPtr> m_queue;
+    QMap<QString, IndexEntryPtr> m_inFlight; // by local file: requested and not yet settled
+    QHash<QNetworkReply*, Transfer> m_transfers;
+    QHash<QString, QString> m_files; // local file by URL
+    QHash<QString, int> m_retries;
+    QHash<QString, int> m_corruptCounts;
+    QHash<QString, int> m_storeFailures;
+
+    int m_filesEnqueued = 0;
+    int m_filesDone = 0;
+    int m_filesFailed = 0;
+    int m_filesCorrupt = 0;
+    int m_totalRetries = 0;
+    qint64 m_bytesToDownload = 0;
+    qint64 m_bytesReceived = 0;
+    int m_error = NoError;
+    bool m_paused = false;
+    bool m_running = false;
+    int m_stallTimeoutMs = 30000;
+    QTimer m_stallTimer;
+    QElapsedTimer m_sinceAnyProgress;
+    QElapsedTimer m_sinceReport;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "index/indexentry.h"
+
+#include <QHash>
+#include <QList>
+#include <QMap>
+#include <QSharedPointer>
+
+class Index;
+/** Null means that no index is available. */
+using IndexPtr = QSharedPointer<Index>;
+
+/** The files of one build, in the order of its index file. Not changed any more once it is handed around. */
+class Index : public LiveCount<Index>
+{
+public:
+    QString getName() const { return m_name; }
+    void setName(const QString& name) { m_name = name; }
+    QString getBuild() const { return m_build; }
+    void setBuild(const QString& build) { m_build = build; }
+
+    const QList<IndexEntryPtr>& entries() const { return m_entries; }
+    void append(const IndexEntryPtr& entry) { m_entries.append(entry); }
+    void reserve(int rows) { m_entries.reserve(rows); }
+
+    /** The cached name of the first row of that name, or an empty string. */
+    QString getCachedName(const QString& name) const;
+
+    /** Appends the rows of other whose names are not here yet; null changes nothing. */
+    void combine(const IndexPtr& other);
+
+private:
+    QString m_name;
+    QString m_build;
+    QList<IndexEntryPtr> m_entries;
+};
+
+/** The rows of one index by name; of rows with the same name the last one. */
+class IndexMap : public QMap<QString, IndexEntryPtr>
+{
+public:
+    explicit IndexMap(const IndexPtr& index);
+};

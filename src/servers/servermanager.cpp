@@ -1,0 +1,432 @@
+#include "servers/servermanager.h"
+
+#include "download/downloader.h"
+#include "download/downloadfromindextask.h"
+#include "index/indexparser.h"
+#include "logging/messagehandler.h"
+#include "servers/copier.h"
+#include "settings/settings.h"
+#include "tasks/scheduler.h"
+#include "telemetry/exceptionlogger.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFile>
+#include <QJsonDocument>
+#include <QSaveFile>
+#include <QTimer>
+#include <QUrlQuery>
+#include <QtConcurrent>
+
+namespace
+{
+constexpr int maxTokenRetries = 5;
+constexpr int tokenRetryDelayMs = 10000;
+
+void report(const char* type, const QString& message, const char* function, int line)
+{
+    ExceptionLogger::instance()->logException(QLatin1String(type), message, QLatin1String(function),
+                                              QStringLiteral("servermanager"), line);
+}
+
+QString lastDownloadedKey(const QString& name) { return QStringLiteral("LauncherLastDownloaded/%1").arg(name); }
+} // namespace
+
+ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObject* parent)
+    : QObject(parent), m_name(name), m_displayName(entry.value(QLatin1String("displayName")).toString()),
+      m_patchInfoUrl(
+          QStringLiteral("%1velkorclient_%2.json").arg(Settings::instance()->getBaseUrlForVersion(), name.toUpper())),
+      m_server(entry.value(QLatin1String("server")).toString())
+{
+    connect(&m_prefetchWatcher, &QFutureWatcher<IndexPtr>::finished, this, &ServerManager::onPrefetchIndexLoaded);
+    connect(&m_resourceWatcher, &QFutureWatcher<IndexPtr>::finished, this, &ServerManager::onResourceIndexLoaded);
+    m_lastDownloaded = Settings::instance()->store().value(lastDownloadedKey(m_name)).toString();
+    m_index = loadIndex(cachedIndexPath());
+    m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
+    m_stagingFolderBuild = getStagingFolderBuild();
+}
+
+ServerManager::~ServerManager()
+{
+    m_prefetchWatcher.waitForFinished();
+    m_resourceWatcher.waitForFinished();
+    for (auto* process : qAsConst(m_processes))
+        process->detach();
+}
+
+QString ServerManager::getStagingFolder() const
+{
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wineenv/drive_c/") + m_name);
+}
+
+QString ServerManager::getExefileName() const
+{
+    const auto folder = Settings::instance()->runClientsWith64Bit() ? QStringLiteral("bin64") : QStringLiteral("bin");
+    return QStringLiteral("%1/%2/exefile.exe").arg(getStagingFolder(), folder);
+}
+
+QString ServerManager::cachedIndexPath() const
+{
+    return QDir::cleanPath(QStringLiteral("%1/index_%2.txt").arg(Settings::instance()->getCacheFolder(), m_name));
+}
+
+QString ServerManager::findFileInIndex(const QString& name) const
+{
+    const auto cachedName = m_index ? m_index->getCachedName(name) : QString();
+    if (cachedName.isEmpty())
+        return {};
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/ResFiles/") + cachedName);
+}
+
+QString ServerManager::getStagingFolderBuild() const
+{
+    const auto path = QDir::cleanPath(getStagingFolder() + QStringLiteral("/start.ini"));
+    if (!QFile::exists(path)) {
+        qDebug().noquote() << path << "not found, cannot read staging-folder build";
+        return {};
+    }
+    const QSettings ini(path, QSettings::IniFormat);
+    if (ini.status() == QSettings::FormatError) {
+        qDebug().noquote() << "Invalid INI format of " << path;
+        return {};
+    }
+    return ini.value(QStringLiteral("main/build")).toString();
+}
+
+IndexPtr ServerManager::loadIndex(const QString& path) const
+{
+    // Nothing has been installed yet: not a failure to report.
+    return QFile::exists(path) ? getIndexFromFile(path) : IndexPtr();
+}
+
+void ServerManager::setToken(const QString& token)
+{
+    m_token = token;
+    if (token.isEmpty())
+        return;
+    logRedactor().addSecret(token);
+    qDebug().noquote() << "Got token for" << m_name;
+}
+
+void ServerManager::reset()
+{
+    m_build.clear();
+    m_ready = false;
+}
+
+void ServerManager::resetLastDownloaded()
+{
+    m_lastDownloaded.clear();
+    saveLastDownloadedBuild();
+}
+
+void ServerManager::saveLastDownloadedBuild()
+{
+    qDebug().noquote() << "Saving" << m_name << m_lastDownloaded << "in registry";
+    Settings::instance()->store().setValue(lastDownloadedKey(m_name), m_lastDownloaded);
+}
+
+void ServerManager::refresh()
+{
+    if (m_ready)
+        m_stagingFolderBuild = m_build;
+    if (!m_active) {
+        qDebug().noquote() << "Skipping refresh for" << m_displayName << ", server not enabled";
+        return;
+    }
+    m_ready = false;
+    m_updating = true;
+    scheduleDownload(QStringLiteral("Patch info downloader for %1").arg(m_displayName), QUrl(m_patchInfoUrl),
+                     &ServerManager::onPatchInfoDownloadFinished);
+}
+
+void ServerManager::onPatchInfoDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->isError()) {
+        report("DownloadError", task->getErrorString(), "onPatchInfoDownloadFinished", __LINE__);
+        notifyError(DownloadError, tr("Version info not available"));
+        return;
+    }
+    const auto* downloader = qobject_cast<Downloader*>(task);
+    if (!downloader) {
+        report("RuntimeError", QStringLiteral("Task is not of the expected type"), "onPatchInfoDownloadFinished",
+               __LINE__);
+        return;
+    }
+    const auto info = QJsonDocument::fromJson(downloader->getContents()).object();
+    const auto newBuild = info.value(QLatin1String("build")).toString();
+    if (newBuild.isEmpty()) {
+        report("RuntimeError", QStringLiteral("Couldn't find build number in patch info file"),
+               "onPatchInfoDownloadFinished", __LINE__);
+        notifyError(DownloadError, tr("Version info not available"));
+        return;
+    }
+    emit versionUpdate(this, newBuild);
+    m_isProtected = info.value(QLatin1String("protected")).toBool(false);
+    qDebug().noquote() << "Build on" << m_name << ":" << newBuild << "-" << (m_isProtected ? "protected" : "public");
+    if (!QDir(getStagingFolder()).exists()) {
+        m_lastDownloaded.clear();
+        m_stagingFolderBuild.clear();
+    }
+    if (newBuild == m_stagingFolderBuild) {
+        qDebug().noquote() << m_name << ": Build is unchanged";
+        m_build = newBuild;
+        m_ready = true;
+        m_updating = false;
+        emit progressUpdate(this, 1.0F, tr("Ready"));
+        emit ready(this);
+        emit endUpdate(this);
+        return;
+    }
+    startUpdateTo(newBuild);
+}
+
+void ServerManager::startUpdateTo(const QString& newBuild)
+{
+    qDebug().noquote() << m_name << ": Last build was" << m_stagingFolderBuild;
+    m_build = newBuild;
+    m_tokenRetries = 0;
+    emit startUpdate(this);
+    downloadBinaryIndex();
+}
+
+void ServerManager::downloadBinaryIndex()
+{
+    const auto* settings = Settings::instance();
+    QUrl url(QStringLiteral("%1velkor_%2.txt").arg(settings->getBaseUrlForVersion(), m_build));
+    if (!m_isProtected) {
+        qDebug().noquote() << "Downloading public binary index for" << m_name;
+    } else if (m_token.isEmpty()) {
+        if (++m_tokenRetries < maxTokenRetries) {
+            qDebug().noquote() << "Missing token for protected server" << m_displayName << "- retrying";
+            QTimer::singleShot(settings->getDeployment().scaledDelay(tokenRetryDelayMs), this,
+                               &ServerManager::downloadBinaryIndex);
+            return;
+        }
+        qDebug().noquote() << "Missing token for protected server" << m_displayName;
+        notifyError(ProtectedBuildError, tr("Must be logged in to %1 to get the build").arg(m_displayName));
+        return;
+    } else {
+        qDebug().noquote() << "Downloading protected binary index for" << m_name;
+        url = QUrl(QStringLiteral("%1velkor_%2").arg(settings->getBaseUrlForProtectedBinaries(), m_build));
+        QUrlQuery query;
+        query.addQueryItem(QStringLiteral("server"), QString::fromLatin1(QUrl::toPercentEncoding(m_name)));
+        query.addQueryItem(QStringLiteral("token"), QString::fromLatin1(QUrl::toPercentEncoding(m_token)));
+        url.setQuery(query);
+    }
+    scheduleDownload(QStringLiteral("Index downloader for %1").arg(m_displayName), url,
+                     &ServerManager::onBinaryIndexDownloadFinished);
+}
+
+void ServerManager::onBinaryIndexDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->isError()) {
+        report("RuntimeError",
+               QStringLiteral("%1 when getting index for %2").arg(task->getErrorString(), m_displayName),
+               "onBinaryIndexDownloadFinished", __LINE__);
+        if (task->getErrorCode() == DownloadError)
+            notifyError(DownloadError, tr("%1 client file-index not available").arg(m_displayName));
+        else if (task->getErrorCode() == AuthenticationError)
+            notifyError(AuthenticationError,
+                        tr("Authentication is required to download %1 client").arg(m_displayName));
+        else
+            notifyError(UnknownError,
+                        tr("Unknown error while trying to get %1 client file-index").arg(m_displayName));
+        return;
+    }
+    const auto* downloader = qobject_cast<Downloader*>(task);
+    if (!downloader) {
+        report("RuntimeError", QStringLiteral("Task is not of the expected type"), "onBinaryIndexDownloadFinished",
+               __LINE__);
+        return;
+    }
+    const auto bytes = downloader->getContents();
+    qDebug("Index size: %d", bytes.size());
+    const auto index = parseIndex(bytes, task->taskName());
+    if (!index || index->entries().isEmpty()) {
+        report("InvalidIndex", QStringLiteral("Invalid index for %1").arg(m_displayName),
+               "onBinaryIndexDownloadFinished", __LINE__);
+        notifyError(DownloadError, tr("Index not available"));
+        return;
+    }
+    saveCachedIndex(bytes);
+    m_index = index;
+    m_index->setName(QStringLiteral("velkor_%1.txt").arg(m_build));
+    m_index->setBuild(m_build);
+    if (m_build == m_lastDownloaded) {
+        qDebug().noquote() << "Current build" << m_build << "same as last downloaded";
+        markMainDownloadDone();
+        return;
+    }
+    qDebug().noquote() << "Current build" << m_build << "different from last downloaded" << m_lastDownloaded
+                       << "- downloading from binaries index";
+    downloadBinaries();
+}
+
+// The file lets a later start know the index without a download; nothing else depends on it.
+void ServerManager::saveCachedIndex(const QByteArray& bytes) const
+{
+    QSaveFile file(cachedIndexPath());
+    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
+        qDebug().noquote() << "The index could not be kept in" << file.fileName() << file.errorString();
+}
+
+void ServerManager::downloadBinaries()
+{
+    scheduleIndexDownload(QStringLiteral("Downloader for %1").arg(m_displayName), m_index,
+                          Settings::instance()->getBaseUrlForBinaries(), DownloadStep::Binaries, m_name,
+                          &ServerManager::onBinariesDownloadFinished);
+}
+
+void ServerManager::onBinariesDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->isError()) {
+        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+        return;
+    }
+    m_lastDownloaded = m_build;
+    saveLastDownloadedBuild();
+    loadPrefetchIndex();
+}
+
+void ServerManager::loadPrefetchIndex()
+{
+    m_prefetchWatcher.setFuture(
+        QtConcurrent::run(getIndexFromFile, findFileInIndex(QStringLiteral("app:/resfileindex_prefetch.txt"))));
+}
+
+void ServerManager::onPrefetchIndexLoaded()
+{
+    m_prefetchIndex = m_prefetchWatcher.result();
+    if (!m_prefetchIndex) {
+        qDebug().noquote() << "No prefetch index found for" << m_name;
+        copyBinaries();
+        return;
+    }
+    m_prefetchIndex->setName(QStringLiteral("resfileindex_prefetch_%1.txt").arg(m_build));
+    m_prefetchIndex->setBuild(m_build);
+    scheduleIndexDownload(QStringLiteral("Resource prefetch for %1").arg(m_displayName), m_prefetchIndex,
+                          Settings::instance()->getBaseUrlForResources(), DownloadStep::Prefetch, m_name,
+                          &ServerManager::onPrefetchDownloadFinished);
+}
+
+void ServerManager::onPrefetchDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->isError())
+        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+    else
+        copyBinaries();
+}
+
+void ServerManager::copyBinaries()
+{
+    auto* copier = new Copier(m_index, m_name, this);
+    copier->setProperty("name", QStringLiteral("Copier for %1").arg(m_displayName));
+    connect(copier, &Copier::progressUpdate, this, &ServerManager::onProgressUpdate);
+    connect(copier, &Task::finished, this, &ServerManager::onCopyFinished);
+    emit progressUpdate(this, 0.0F, tr("Copying files"));
+    m_downloadStep = DownloadStep::Copy;
+    emit Scheduler::instance()->schedule(m_name, copier);
+}
+
+void ServerManager::onCopyFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->getErrorCode() == ClientsRunningError)
+        notifyError(ClientsRunningError, tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
+    else if (task->isError())
+        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+    else
+        markMainDownloadDone();
+}
+
+void ServerManager::markMainDownloadDone()
+{
+    m_ready = true;
+    m_updating = false;
+    m_currentIndex = m_index;
+    m_currentPrefetchIndex = m_prefetchIndex;
+    emit progressUpdate(this, 1.0F, tr("Ready"));
+    emit endUpdate(this);
+    emit ready(this);
+    if (Settings::instance()->shouldDownloadEverything() && !m_fullDownloadRunning &&
+        !Scheduler::instance()->hasBackgroundTask())
+        downloadAllResources();
+}
+
+void ServerManager::downloadAllResources()
+{
+    m_fullDownloadRunning = true;
+    m_resourceWatcher.setFuture(
+        QtConcurrent::run(getIndexFromFile, findFileInIndex(QStringLiteral("app:/resfileindex.txt"))));
+}
+
+void ServerManager::onResourceIndexLoaded()
+{
+    m_resourceIndex = m_resourceWatcher.result();
+    if (!Settings::instance()->shouldDownloadEverything() || !m_resourceIndex) {
+        m_fullDownloadRunning = false;
+        emit progressUpdate(this, 1.0F, QStringLiteral("Ready"));
+        return;
+    }
+    scheduleIndexDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), m_resourceIndex,
+                          Settings::instance()->getBaseUrlForResources(), DownloadStep::FullResources,
+                          QStringLiteral("background"), &ServerManager::onFullDownloadFinished);
+}
+
+void ServerManager::onFullDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    m_fullDownloadRunning = false;
+    emit progressUpdate(this, 1.0F, tr("Ready"));
+}
+
+void ServerManager::notifyError(int code, const QString& message)
+{
+    m_updating = false;
+    emit progressUpdate(this, 0.0F, message);
+    emit failedUpdate(this, code, message);
+}
+
+void ServerManager::onProgressUpdate(float fraction, const QString& message)
+{
+    float overall = fraction;
+    switch (m_downloadStep) {
+    case DownloadStep::Binaries:
+        overall = fraction * 0.2F;
+        break;
+    case DownloadStep::Prefetch:
+        overall = fraction * 0.6F + 0.2F;
+        break;
+    case DownloadStep::Copy:
+        overall = fraction * 0.2F + 0.8F;
+        break;
+    case DownloadStep::FullResources:
+        break;
+    }
+    emit progressUpdate(this, overall, message);
+}
+
+void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
+                                          DownloadStep step, const QString& queue,
+                                          void (ServerManager::*onFinished)(Task*))
+{
+    auto* task = new DownloadFromIndexTask(taskName, index, baseUrl, Settings::instance()->getCacheFolder(), this);
+    connect(task, &DownloadFromIndexTask::progressUpdate, this, &ServerManager::onProgressUpdate);
+    connect(task, &Task::finished, this, onFinished);
+    m_downloadStep = step;
+    emit Scheduler::instance()->schedule(queue, task);
+}
+
+void ServerManager::scheduleDownload(const QString& taskName, const QUrl& url,
+                                     void (ServerManager::*onFinished)(Task*))
+{
+    auto* task = new Downloader(url, this);
+    task->setProperty("name", taskName);
+    connect(task, &Task::finished, this, onFinished);
+    emit Scheduler::instance()->schedule(m_name, task);
+}

@@ -1,0 +1,96 @@
+// The part of ServerManager that starts clients and follows them.
+
+#include "servers/servermanager.h"
+
+#include "logging/messagehandler.h"
+#include "servers/clientcommand.h"
+#include "servers/consolerouter.h"
+#include "servers/copier.h"
+#include "servers/winemanager.h"
+#include "settings/settings.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+
+void ServerManager::play(const QString& token, const QString& settingsProfile, const QString& username)
+{
+    logRedactor().addSecret(token);
+    if (!m_ready) {
+        emit failedUpdate(this, DiskWriteError, tr("Not ready to play"));
+        return;
+    }
+    if (!m_index) {
+        qDebug().noquote() << "play called before index was parsed - can't verify binaries for " << m_displayName;
+    } else {
+        const int code = Copier(m_index, m_name).copyFiles();
+        if (code == ClientsRunningError) {
+            notifyError(code, tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
+            return;
+        }
+        if (code != NoError) {
+            notifyError(code, tr("Could not copy files for %1").arg(m_displayName));
+            return;
+        }
+    }
+    emit processRequested(this);
+
+    auto arguments = buildClientArguments({m_server, token, settingsProfile, false}, *Settings::instance());
+    QString program;
+    QString workingDirectory;
+    prepareForStartingProcess(workingDirectory, arguments, program);
+    qDebug().noquote() << program << arguments;
+    startProcess(program, arguments, workingDirectory, username);
+}
+
+void ServerManager::prepareForStartingProcess(QString& /*workingDirectory*/, QStringList& arguments,
+                                              QString& program) const
+{
+    const auto* settings = Settings::instance();
+    program = getWineProgram(*settings);
+    arguments.prepend(getExefileName());
+    // Wine's drive Z is the root of the host's file system.
+    arguments << QStringLiteral("/remotefilecachefolder=Z:%1/ResFiles").arg(QDir::cleanPath(settings->getCacheFolder()));
+}
+
+void ServerManager::startProcess(const QString& program, const QStringList& arguments, const QString& workingDirectory,
+                                 const QString& username)
+{
+    auto* settings = Settings::instance();
+    auto process = std::make_unique<QProcess>();
+    process->setProcessEnvironment(settings->getWineManager()->getWineProcessEnvironment());
+    qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
+    if (!QFileInfo::exists(program)) {
+        qDebug().noquote() << program << " not found, cannot launch client. Staging folder was " << workingDirectory;
+        emit showErrorMessage(tr("Client launch failure"), tr("Could not find file %1").arg(program), 10);
+        return;
+    }
+    if (settings->shouldRouteConsoleOutputToLog())
+        routeConsoleOutputToLog(process.get());
+    process->setWorkingDirectory(workingDirectory);
+    process->setProgram(program);
+    process->setArguments(arguments);
+
+    auto* attached = new AttachedProcess(process.get());
+    auto* started = process.release();
+    attached->setProperty("server", m_name);
+    attached->setProperty("username", username);
+    started->start(QIODevice::ReadWrite);
+    settings->checkIfFirstClientLaunch(m_name);
+    trackProcess(attached);
+}
+
+void ServerManager::attachProcess(qint64 pid, const QString& username)
+{
+    auto* attached = new AttachedProcess(pid);
+    attached->setProperty("server", m_name);
+    attached->setProperty("username", username);
+    trackProcess(attached);
+}
+
+void ServerManager::trackProcess(AttachedProcess* process)
+{
+    m_processes.insert(process);
+    connect(process, &AttachedProcess::finished, this, [this](AttachedProcess* ended) { m_processes.remove(ended); });
+    emit processStarted(this, process);
+}

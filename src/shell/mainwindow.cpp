@@ -1,0 +1,278 @@
+#include "shell/mainwindow.h"
+
+#include "servers/servermanager.h"
+#include "settings/settings.h"
+#include "shell/simplegui.h"
+#include "shell/titlebar.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDebug>
+#include <QDesktopServices>
+#include <QDir>
+#include <QMenu>
+#include <QMessageBox>
+#include <QScreen>
+#include <QSystemTrayIcon>
+#include <QUrl>
+#include <QWindow>
+
+namespace
+{
+constexpr int firstRefreshDelayMs = 300;
+constexpr int resizeMargin = 5;
+
+QString geometryKey() { return QStringLiteral("LauncherWindowGeometry"); }
+
+Qt::Edges edgesAt(const QPoint& position, const QSize& size)
+{
+    Qt::Edges edges;
+    if (position.x() < resizeMargin)
+        edges |= Qt::LeftEdge;
+    if (position.x() >= size.width() - resizeMargin)
+        edges |= Qt::RightEdge;
+    if (position.y() < resizeMargin)
+        edges |= Qt::TopEdge;
+    if (position.y() >= size.height() - resizeMargin)
+        edges |= Qt::BottomEdge;
+    return edges;
+}
+
+Qt::CursorShape cursorFor(Qt::Edges edges)
+{
+    if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge))
+        return Qt::SizeFDiagCursor;
+    if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge))
+        return Qt::SizeBDiagCursor;
+    return edges & (Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
+}
+} // namespace
+
+MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFolder())
+{
+    const auto* settings = Settings::instance();
+    auto title = tr("Velkor Launcher - version %1").arg(settings->getVersion());
+    if (settings->getVersionType() == 2)
+        title += QStringLiteral(" Development");
+    setWindowTitle(title);
+    setWindowFlag(Qt::FramelessWindowHint);
+    m_refreshTimer.setSingleShot(true);
+    connect(&m_refreshTimer, &QTimer::timeout, this, &MainWindow::refresh);
+    connect(settings, &Settings::startRefreshCycle, this, &MainWindow::refresh);
+    connect(&m_processes, &ProcessList::ended, this, &MainWindow::onProcessEnded);
+
+    setupMenu();
+    m_titleBar = new TitleBar(this);
+    m_titleBar->setTitle(title);
+    m_titleBar->setMenu(m_menu);
+    setMenuWidget(m_titleBar);
+    setWindowIcon(QIcon(QStringLiteral("://images/icon.png")));
+    setupTrayIcon(m_menu);
+
+    qDebug() << "Initializing servers";
+    Settings::instance()->initializeServers();
+    connectServers();
+    connect(settings, &Settings::serverListChanged, this, &MainWindow::connectServers);
+    if (settings->getDisableWebGui())
+        qDebug() << "Disabling web gui by request";
+    showServerList();
+    qApp->installEventFilter(this);
+}
+
+MainWindow::~MainWindow()
+{
+    m_closingDown = true;
+    logShutdown();
+}
+
+void MainWindow::setupMenu()
+{
+    m_menu = new QMenu(this);
+    m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
+    auto* folders = m_menu->addMenu(tr("Show in File Browser"));
+    folders->addAction(tr("Launcher logs"), this, &MainWindow::onShowLauncherLogsFolder);
+    folders->addAction(tr("Shared cache"), this, &MainWindow::onShowSharedCacheFolder);
+    m_menu->addSeparator();
+    m_menu->addAction(tr("&Refresh"), this, &MainWindow::refresh);
+    m_menu->addAction(tr("About..."), this, &MainWindow::showAboutDialog);
+    m_menu->addSeparator();
+    m_menu->addAction(tr("E&xit"), this, &MainWindow::quit);
+}
+
+void MainWindow::setupTrayIcon(QMenu* menu)
+{
+    m_trayIcon = new QSystemTrayIcon(QIcon(QStringLiteral("://images/trayicon.png")), this);
+    m_trayIcon->setContextMenu(menu);
+    m_trayIcon->setToolTip(windowTitle());
+    connect(m_trayIcon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
+        if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
+            restoreWindow();
+    });
+    m_trayIcon->show();
+}
+
+// Runs again when a test server is enabled; a server is connected once all the same.
+void MainWindow::connectServers()
+{
+    const auto keys = Settings::instance()->getServerList();
+    for (const auto& key : keys) {
+        auto* server = Settings::instance()->getServer(key);
+        if (!server)
+            continue;
+        qDebug().noquote() << "Connecting signals for" << key;
+        connect(server, &ServerManager::processStarted, this, &MainWindow::onProcessStarted, Qt::UniqueConnection);
+        connect(server, &ServerManager::showErrorMessage, this, &MainWindow::showErrorMessage, Qt::UniqueConnection);
+    }
+}
+
+void MainWindow::showServerList()
+{
+    m_serverList = new SimpleGui(this);
+    m_serverList->setMenu(m_menu);
+    setCentralWidget(m_serverList);
+}
+
+void MainWindow::setMessage(const QString& text)
+{
+    if (m_serverList)
+        m_serverList->setMessage(text);
+}
+
+void MainWindow::initializeGeometry()
+{
+    auto* settings = Settings::instance();
+    setMinimumSize(settings->getMinimumLauncherSize());
+    resize(settings->getDefaultLauncherSize());
+    auto frame = geometry();
+    frame.moveCenter(screen()->availableGeometry().center());
+    setGeometry(frame);
+    if (settings->checkIfUIVersion6ResizeDone())
+        restoreGeometry(settings->store().value(geometryKey()).toByteArray());
+}
+
+void MainWindow::onLoadFinished()
+{
+    initializeGeometry();
+    show();
+    QTimer::singleShot(firstRefreshDelayMs, this, &MainWindow::refresh);
+}
+
+void MainWindow::restoreWindow()
+{
+    if (!m_serverList)
+        showServerList();
+    m_hiddenToTray = false;
+    showNormal();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::onProcessStarted(ServerManager* server, AttachedProcess* process)
+{
+    m_processes.add(process);
+    setMessage(tr("The client for %1 is running").arg(server->getDisplayName()));
+}
+
+void MainWindow::onProcessEnded(AttachedProcess* process, int exitCode, bool crashed)
+{
+    const auto* server = Settings::instance()->getServer(process->server());
+    const auto name = server ? server->getDisplayName() : process->server();
+    if (crashed)
+        setMessage(tr("The client for %1 has crashed").arg(name));
+    else
+        setMessage(tr("The client for %1 has ended with exit code %2").arg(name).arg(exitCode));
+}
+
+// Never waits for an answer: the cycle goes on behind the box.
+void MainWindow::showErrorMessage(const QString& title, const QString& text)
+{
+    auto* box = new QMessageBox(QMessageBox::Critical, title, text, QMessageBox::Ok, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+void MainWindow::showAboutDialog()
+{
+    auto* box = new QMessageBox(this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle(tr("About"));
+    box->setIconPixmap(QIcon(QStringLiteral("://images/icon.png")).pixmap(64, 64));
+    box->setText(tr("Velkor Launcher"));
+    box->setInformativeText(tr("Version %1\nToolkit %2\nShared cache: %3")
+                                .arg(Settings::instance()->getVersion(), QString::fromLatin1(qVersion()),
+                                     QDir::toNativeSeparators(Settings::instance()->getCacheFolder())));
+    box->open();
+}
+
+static void openFolder(const QString& folder)
+{
+    QDir().mkpath(folder);
+    if (!QDesktopServices::openUrl(QUrl::fromLocalFile(folder)))
+        qWarning().noquote() << "No file browser could be started for" << folder;
+}
+
+void MainWindow::onShowSharedCacheFolder() { openFolder(Settings::instance()->getCacheFolder()); }
+
+void MainWindow::onShowLauncherLogsFolder() { openFolder(Settings::instance()->getLauncherLogsFolder()); }
+
+void MainWindow::closeEvent(QCloseEvent* event)
+{
+    qDebug() << "Closing main window";
+    event->accept();
+    m_processes.save();
+    Settings::instance()->store().setValue(geometryKey(), saveGeometry());
+    if (auto* central = takeCentralWidget()) {
+        m_serverList = nullptr;
+        central->close();
+        central->deleteLater();
+    }
+    const auto dialogs = findChildren<QDialog*>();
+    for (auto* dialog : dialogs)
+        dialog->close();
+
+    const bool trayIsVisible = m_trayIcon->isVisible() && QSystemTrayIcon::isSystemTrayAvailable();
+    if (Settings::instance()->shouldMinimizeToTray() && trayIsVisible && !m_closingDown) {
+        qDebug() << "Minimizing to tray rather than closing fully";
+        m_hiddenToTray = true;
+        hide();
+        return;
+    }
+    m_closingDown = true;
+    QCoreApplication::quit();
+}
+
+void MainWindow::quit()
+{
+    m_closingDown = true;
+    if (!close())
+        QCoreApplication::quit();
+}
+
+// Translations are applied at the next start.
+void MainWindow::changeEvent(QEvent* event)
+{
+    if (event->type() != QEvent::LanguageChange)
+        QMainWindow::changeEvent(event);
+}
+
+// Without a frame the window's edges are for resizing, whatever widget lies there.
+bool MainWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != windowHandle() || (event->type() != QEvent::MouseMove && event->type() != QEvent::MouseButtonPress))
+        return QMainWindow::eventFilter(watched, event);
+    const auto* mouse = static_cast<QMouseEvent*>(event);
+    const auto edges = isMaximized() ? Qt::Edges() : edgesAt(mouse->pos(), size());
+    if (event->type() == QEvent::MouseMove) {
+        if (edges)
+            windowHandle()->setCursor(cursorFor(edges));
+        else
+            windowHandle()->unsetCursor();
+        return false;
+    }
+    return edges && mouse->button() == Qt::LeftButton && windowHandle()->startSystemResize(edges);
+}
+
+void MainWindow::logShutdown() const
+{
+    qInfo() << "Velkor Launcher closing," << m_processes.size() << "client(s) still running";
+}

@@ -1,0 +1,3 @@
+#include "tasks/task.h"
+
+Task::~Task() = default;

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "tools/backend/httpsserver.h"
+
+#include <QJsonObject>
+#include <QThread>
+
+/**
+ * The service on this machine: a content server over HTTPS and a collector of exception reports, each on a free port
+ * of 127.0.0.1 and with certificates of an authority made on the spot. It works on a thread of its own.
+ */
+class LocalBackend
+{
+public:
+    /** tree: the published content; stateFolder: where certificates and the deployment file go. */
+    LocalBackend(const QString& tree, const QString& stateFolder);
+    ~LocalBackend();
+    Q_DISABLE_COPY_MOVE(LocalBackend)
+
+    /** Returns false and explains in error when a port or a file cannot be had. */
+    bool start(QString* error);
+
+    HttpsServer& content() { return *m_content; }
+    HttpsServer& reports() { return *m_reports; }
+    /** The exception reports that have arrived, oldest first. */
+    QVector<QJsonObject> exceptionReports() const;
+
+    void refuseContent();
+    void acceptContent();
+
+    /** A deployment file for a launcher that is to use this backend. */
+    QString deploymentFile() const { return m_stateFolder + QStringLiteral("/deployment.json"); }
+    /** Members that replace those of the deployment file, which is written anew. */
+    bool writeDeployment(const QJsonObject& changes = {}) const;
+
+private:
+    bool writeFile(const QString& name, const QByteArray& bytes) const;
+
+    const QString m_stateFolder;
+    const CertificateAuthority m_authority;
+    QThread m_thread;
+    QObject m_worker; // runs actions on that thread
+    std::unique_ptr<HttpsServer> m_content;
+    std::unique_ptr<HttpsServer> m_reports;
+};

@@ -1,0 +1,88 @@
+#include "tools/publisher/treeverifier.h"
+
+#include "cache/md5many.h"
+#include "cache/safepath.h"
+#include "index/indexparser.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+TreeVerifier::TreeVerifier(const QString& tree) : m_tree(tree) {}
+
+QStringList TreeVerifier::verify()
+{
+    const auto announcements =
+        QDir(m_tree).entryList({QStringLiteral("velkorclient_*.json")}, QDir::Files, QDir::Name);
+    if (announcements.isEmpty())
+        m_problems << QStringLiteral("%1 announces no build").arg(m_tree);
+    for (const auto& fileName : announcements)
+        verifyAnnouncement(fileName);
+    verifyContents();
+    return m_problems;
+}
+
+void TreeVerifier::verifyAnnouncement(const QString& fileName)
+{
+    QFile file(m_tree + QLatin1Char('/') + fileName);
+    const auto object =
+        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    const auto build = object.value(QLatin1String("build")).toString();
+    if (build.isEmpty()) {
+        m_problems << QStringLiteral("%1 names no build").arg(fileName);
+        return;
+    }
+    const bool isProtected = object.value(QLatin1String("protected")).toBool();
+    verifyIndex(isProtected ? QStringLiteral("prod/velkor_%1").arg(build) : QStringLiteral("velkor_%1.txt").arg(build),
+                fileName);
+}
+
+void TreeVerifier::verifyIndex(const QString& path, const QString& what)
+{
+    QFile file(m_tree + QLatin1Char('/') + path);
+    if (!file.open(QIODevice::ReadOnly)) {
+        m_problems << QStringLiteral("%1 needs %2, which cannot be read: %3").arg(what, path, file.errorString());
+        return;
+    }
+    const auto bytes = file.readAll();
+    IndexParser parser;
+    parser.parse(bytes.constData(), static_cast<size_t>(bytes.size()));
+    if (parser.malformedLines() > 0)
+        m_problems << QStringLiteral("%1 has %2 malformed lines").arg(path).arg(parser.malformedLines());
+    QString resourceIndex;
+    for (const auto& entry : parser.getIndex()->entries()) {
+        if (entry->name.startsWith(QLatin1String("sym:")))
+            continue;
+        if (!SafePath::isSafeText(entry->cachedName)) {
+            m_problems << QStringLiteral("%1: %2 points outside the tree").arg(path, entry->name);
+            continue;
+        }
+        if (!m_checked.contains(entry->cachedName)) {
+            m_checked.insert(entry->cachedName);
+            m_expected.append({entry->cachedName, entry->checksum, entry->size, entry->name});
+        }
+        if (entry->name == QLatin1String("app:/resfileindex.txt"))
+            resourceIndex = entry->cachedName;
+    }
+    if (!resourceIndex.isEmpty())
+        verifyIndex(resourceIndex, path);
+}
+
+void TreeVerifier::verifyContents()
+{
+    QVector<QString> paths;
+    for (const auto& expected : qAsConst(m_expected))
+        paths << m_tree + QLatin1Char('/') + expected.cachedName;
+    const auto checksums = md5OfFiles(paths);
+    for (int i = 0; i < m_expected.size(); ++i) {
+        const auto& expected = m_expected[i];
+        if (checksums[i].isEmpty())
+            m_problems << QStringLiteral("%1 (%2) is missing").arg(expected.cachedName, expected.what);
+        else if (QFileInfo(paths[i]).size() != expected.size)
+            m_problems << QStringLiteral("%1 (%2) has the wrong size").arg(expected.cachedName, expected.what);
+        else if (checksums[i] != expected.md5.toLatin1())
+            m_problems << QStringLiteral("%1 (%2) has the wrong content").arg(expected.cachedName, expected.what);
+    }
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+/** Checks a published tree: announced builds, their indexes, and every file that these name. */
+class TreeVerifier
+{
+public:
+    explicit TreeVerifier(const QString& tree);
+
+    /** What is wrong, a line each; empty when the tree is in order. */
+    QStringList verify();
+
+    int checkedFiles() const { return m_checked.size(); }
+
+private:
+    void verifyAnnouncement(const QString& fileName);
+    void verifyIndex(const QString& path, const QString& what);
+    void verifyContents();
+
+    const QString m_tree;
+    QStringList m_problems;
+    QSet<QString> m_checked; // cached names
+    struct Expected {
+        QString cachedName;
+        QString md5;
+        qint64 size;
+        QString what;
+    };
+    QVector<Expected> m_expected;
+};
