@@ -117,6 +117,9 @@ void Settings::load()
     m_enabledTestServers.sort();
     m_enabledTestServers.removeDuplicates();
     m_store.setValue(QStringLiteral("LauncherTestServers"), m_enabledTestServers);
+    // Later writes keep the permissions that the file has.
+    m_store.sync();
+    QFile::setPermissions(m_store.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);
 }
 
 void Settings::setNormalised(Id id, const QVariant& value)

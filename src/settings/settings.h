@@ -44,6 +44,7 @@ public:
     /** Second phase, with the application in place: translator, network state, cache folder, start-up log. */
     void initialize();
     void initializeFromArgs(const QCoreApplication& app);
+    void setCommandLine(const CommandLine& commandLine) { m_commandLine = commandLine; }
     void logStartup();
 
     // Persisted settings

@@ -44,7 +44,7 @@ void Settings::initialize()
 
 void Settings::initializeFromArgs(const QCoreApplication& app)
 {
-    m_commandLine = CommandLine::process(app);
+    setCommandLine(CommandLine::process(app));
     const auto arguments = QCoreApplication::arguments();
     if (arguments.size() >= 2)
         qInfo().noquote() << "Command line arguments:" << "(" + arguments.join(QStringLiteral(", ")) + ")";

@@ -1,0 +1,81 @@
+#include "tests/testkit/launcherprocess.h"
+
+#include "tools/backend/localbackend.h"
+
+#include <QDir>
+#include <QElapsedTimer>
+#include <QSettings>
+#include <QTest>
+
+LauncherProcess::LauncherProcess(const LocalBackend& backend)
+    : m_cache(m_home.filePath(QStringLiteral("cache"))), m_environment(QProcessEnvironment::systemEnvironment())
+{
+    m_environment.insert(QStringLiteral("HOME"), home());
+    m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.filePath(QStringLiteral(".config")));
+    m_environment.insert(QStringLiteral("XDG_DATA_HOME"), m_home.filePath(QStringLiteral(".local/share")));
+    m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home());
+    m_environment.insert(QStringLiteral("VELKOR_DEPLOYMENT_FILE"), backend.deploymentFile());
+    shareCache(m_cache);
+}
+
+LauncherProcess::~LauncherProcess()
+{
+    if (m_process.state() != QProcess::NotRunning) {
+        m_process.kill();
+        m_process.waitForFinished();
+    }
+}
+
+void LauncherProcess::shareCache(const QString& cache)
+{
+    m_cache = cache;
+    set(QStringLiteral("SharedCacheFolder"), cache);
+}
+
+static QString settingsFile(const QString& home) { return home + QStringLiteral("/.config/Halden/Velkor.conf"); }
+
+void LauncherProcess::set(const QString& key, const QVariant& value)
+{
+    QSettings(settingsFile(home()), QSettings::IniFormat).setValue(key, value);
+}
+
+QVariant LauncherProcess::setting(const QString& key) const
+{
+    return QSettings(settingsFile(home()), QSettings::IniFormat).value(key);
+}
+
+void LauncherProcess::start(const QStringList& arguments)
+{
+    auto command = m_wrapper + QStringList{QStringLiteral(VELKOR_BIN "/velkorlauncher")} + arguments;
+    m_process.setProcessEnvironment(m_environment);
+    m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
+    m_process.start(command.takeFirst(), command);
+    QVERIFY(m_process.waitForStarted());
+}
+
+int LauncherProcess::refreshOnce(const QStringList& moreArguments)
+{
+    start(QStringList{QStringLiteral("-d"), QStringLiteral("-k"), QStringLiteral("-e")} + moreArguments);
+    const bool ended = m_process.waitForFinished(60000);
+    m_standardError = QString::fromLocal8Bit(m_process.readAllStandardError());
+    if (!ended || m_process.exitCode() != 0)
+        qWarning().noquote() << m_standardError << log().right(5000);
+    return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
+}
+
+QString LauncherProcess::log() const
+{
+    const QDir folder(m_home.filePath(QStringLiteral(".local/share/Halden/Velkor/Launcher")));
+    const auto names = folder.entryList({QStringLiteral("launcherlog*.txt")}, QDir::Files, QDir::Name);
+    return names.isEmpty() ? QString() : QString::fromUtf8(readSample(folder.filePath(names.constLast())));
+}
+
+bool LauncherProcess::waitForLog(const QString& text, int milliseconds) const
+{
+    QElapsedTimer timer;
+    for (timer.start(); !timer.hasExpired(milliseconds); QTest::qWait(20)) {
+        if (log().contains(text))
+            return true;
+    }
+    return false;
+}
