@@ -1,3 +1,4 @@
+#include "download/downloader.h"
 #include "logging/filelogger.h"
 #include "logging/messagehandler.h"
 #include "servers/servermanager.h"
@@ -106,7 +107,7 @@ int run(QApplication* app)
     QNetworkProxyFactory::setUseSystemConfiguration(settings->useProxy());
     setupThreadPool();
 
-    const ServerFactory factory(settings);
+    auto factory = std::make_unique<ServerFactory>(settings);
     qDebug() << "Creating main window";
     auto window = std::make_unique<MainWindow>();
     window->onLoadFinished();
@@ -115,6 +116,10 @@ int run(QApplication* app)
 
     Scheduler::instance()->stop();
     window.reset();
+    factory.reset();
+    Downloader::endManager();
+    ExceptionLogger::instance()->abandonReports();
+    settings->store().sync();
     return result;
 }
 } // namespace

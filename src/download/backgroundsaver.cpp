@@ -13,6 +13,7 @@
 
 namespace
 {
+constexpr int maxOpenAttempts = 20;
 constexpr int maxMoveAttempts = 5;
 constexpr unsigned long moveRetryDelayMs = 300;
 
@@ -25,6 +26,22 @@ void report(const char* kind, const QString& message, const char* function, int 
 bool renameFile(const QString& from, const QString& to)
 {
     return std::rename(QFile::encodeName(from).constData(), QFile::encodeName(to).constData()) == 0;
+}
+
+/**
+ * Opens a file of our own, never one that another launcher has open: writing into that would damage its download. That
+ * other one may make its own between our two steps, so this can take several attempts.
+ */
+bool openFresh(QFile* file)
+{
+    for (int attempt = 0; attempt < maxOpenAttempts; ++attempt) {
+        QFile::remove(file->fileName());
+        if (file->open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered))
+            return true;
+        if (!QFileInfo(file->fileName()).isFile())
+            break;
+    }
+    return false;
 }
 
 /** Whether the name still leads to the file that is open: another launcher may have put its own file there. */
@@ -83,11 +100,9 @@ bool BackgroundSaver::createTempFile(const QString& url, const QString& finalPat
                __LINE__);
         return false;
     }
-    // A file of our own, never one that another launcher has open: writing into that would damage its download.
     auto data = std::make_shared<DownloadData>();
     data->file.setFileName(tempPath);
-    QFile::remove(tempPath);
-    if (!data->file.open(QIODevice::ReadWrite | QIODevice::NewOnly | QIODevice::Unbuffered)) {
+    if (!openFresh(&data->file)) {
         report("TempFileOpenFailed", QStringLiteral("Could not open temp file for %1, %2").arg(url, tempPath),
                "createTempFileHelper", __LINE__);
         return false;

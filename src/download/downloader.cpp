@@ -18,11 +18,21 @@ QString describeSslErrors(const QList<QSslError>& errors)
     return texts.join(QStringLiteral(", "));
 }
 
-QNetworkAccessManager* Downloader::getManager()
+QNetworkAccessManager*& Downloader::sharedManager()
 {
-    static auto* manager = new QNetworkAccessManager;
+    static QNetworkAccessManager* manager = nullptr;
     return manager;
 }
+
+QNetworkAccessManager* Downloader::getManager()
+{
+    auto*& manager = sharedManager();
+    if (!manager)
+        manager = new QNetworkAccessManager;
+    return manager;
+}
+
+void Downloader::endManager() { delete std::exchange(sharedManager(), nullptr); }
 
 Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(url)
 {

@@ -37,6 +37,8 @@ public:
     /** The body; empty after a failure. */
     QByteArray getContents() const { return m_contents; }
     static QNetworkAccessManager* getManager();
+    /** Ends the manager and its thread. For the end of the process: the TLS library must not end under a transfer. */
+    static void endManager();
 
 signals:
     /** fraction: 0 to 1. */
@@ -49,6 +51,7 @@ private slots:
 
 private:
     void fail(QNetworkReply* reply);
+    static QNetworkAccessManager*& sharedManager();
 
     const QUrl m_url;
     QByteArray m_contents;

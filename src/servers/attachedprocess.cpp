@@ -1,5 +1,7 @@
 #include "servers/attachedprocess.h"
 
+#include "servers/consolerouter.h"
+
 AttachedProcess::AttachedProcess(QProcess* process) : m_process(process)
 {
     connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, &AttachedProcess::onFinished);
@@ -16,7 +18,9 @@ qint64 AttachedProcess::processId() const { return m_process ? m_process->proces
 
 QProcess::ExitStatus AttachedProcess::exitStatus() const
 {
-    return m_process ? m_process->exitStatus() : QProcess::NormalExit;
+    if (!m_process)
+        return QProcess::NormalExit;
+    return hasAnnouncedCrash(*m_process) ? QProcess::CrashExit : m_process->exitStatus();
 }
 
 QProcess::ProcessState AttachedProcess::state() const

@@ -20,9 +20,14 @@ static void logWineLine(const QString& line)
         qDebug().noquote() << line;
 }
 
+static constexpr auto crashProperty = "crashAnnounced";
+
+bool hasAnnouncedCrash(const QProcess& process) { return process.property(crashProperty).toBool(); }
+
 static QStringList toLines(const QByteArray& output)
 {
-    return QString::fromLocal8Bit(output).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    // Windows programs end their lines with a carriage return as well.
+    return QString::fromLocal8Bit(output).remove(QLatin1Char('\r')).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
 void routeConsoleOutputToLog(QProcess* process)
@@ -34,7 +39,10 @@ void routeConsoleOutputToLog(QProcess* process)
     });
     QObject::connect(process, &QProcess::readyReadStandardError, process, [process] {
         const auto lines = toLines(process->readAllStandardError());
-        for (const auto& line : lines)
+        for (const auto& line : lines) {
             logWineLine(line);
+            if (line.startsWith(QLatin1String("wine: Unhandled ")))
+                process->setProperty(crashProperty, true);
+        }
     });
 }

@@ -38,7 +38,8 @@ std::function<bool()> clientsOf(const QString& name)
 /** Copies beside the target and renames, so that the target is whole at every moment. */
 bool replaceFile(const CopyItem& item)
 {
-    const auto temporary = item.target + QStringLiteral(".new");
+    // Another launcher may place the same file at the same time.
+    const auto temporary = QStringLiteral("%1.%2.tmp").arg(item.target).arg(QCoreApplication::applicationPid());
     QFile::remove(temporary);
     if (!QFile::copy(item.source, temporary))
         return false;

@@ -221,6 +221,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     event->accept();
     m_processes.save();
     Settings::instance()->store().setValue(geometryKey(), saveGeometry());
+    Settings::instance()->store().sync();
     if (auto* central = takeCentralWidget()) {
         m_serverList = nullptr;
         central->close();

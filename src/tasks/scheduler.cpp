@@ -9,7 +9,17 @@
 Scheduler::Scheduler(std::function<QStringList()> serverOrder, QObject* parent)
     : QObject(parent), m_serverOrder(std::move(serverOrder))
 {
-    connect(this, &Scheduler::schedule, this, &Scheduler::onSchedule, Qt::QueuedConnection);
+    // Always deferred, even on the same thread; the task may be gone by then.
+    connect(
+        this, &Scheduler::schedule, this,
+        [this](const QString& key, Task* task) {
+            const auto deferred = [this, key, guarded = QPointer<Task>(task)] {
+                if (guarded)
+                    onSchedule(key, guarded);
+            };
+            QMetaObject::invokeMethod(this, deferred, Qt::QueuedConnection);
+        },
+        Qt::DirectConnection);
 }
 
 Scheduler::~Scheduler() = default;
@@ -24,11 +34,11 @@ void Scheduler::onSchedule(const QString& key, Task* task)
 {
     qDebug().noquote() << "Scheduled task" << task->taskName();
     if (key == QLatin1String("background")) {
-        m_backgroundTasks.append(task);
+        m_backgroundTasks.enqueue(task);
     } else {
         auto& queue = m_queues[key];
         if (!queue)
-            queue = std::make_shared<QQueue<Task*>>();
+            queue = std::make_shared<Queue>();
         queue->enqueue(task);
     }
     pauseBackgroundTask();
@@ -39,11 +49,21 @@ void Scheduler::onSchedule(const QString& key, Task* task)
     runNextTask();
 }
 
+/** The next task of the queue that still exists, or null. */
+static Task* takeFirst(QQueue<QPointer<Task>>* queue)
+{
+    while (!queue->isEmpty()) {
+        if (Task* task = queue->dequeue())
+            return task;
+    }
+    return nullptr;
+}
+
 Task* Scheduler::takeForegroundTask()
 {
-    const auto takeFrom = [this](const QString& key) -> Task* {
+    const auto takeFrom = [this](const QString& key) {
         const auto queue = m_queues.value(key);
-        return queue && !queue->isEmpty() ? queue->dequeue() : nullptr;
+        return queue ? takeFirst(queue.get()) : nullptr;
     };
     if (auto* task = takeFrom(m_priorityKey))
         return task;
@@ -64,9 +84,9 @@ void Scheduler::runNextTask()
         start(task);
     } else if (m_backgroundTask) {
         m_backgroundTask->resume();
-    } else if (!m_backgroundTasks.isEmpty()) {
-        m_backgroundTask = m_backgroundTasks.takeFirst();
-        start(m_backgroundTask);
+    } else if (auto* backgroundTask = takeFirst(&m_backgroundTasks)) {
+        m_backgroundTask = backgroundTask;
+        start(backgroundTask);
     }
 }
 
@@ -75,6 +95,7 @@ void Scheduler::start(Task* task)
     const auto name = task->taskName();
     qDebug().noquote() << "Starting task" << name;
     connect(task, &Task::finished, this, &Scheduler::onTaskFinished);
+    connect(task, &QObject::destroyed, this, &Scheduler::onTaskDestroyed);
     QElapsedTimer timer;
     timer.start();
     task->go();
@@ -88,6 +109,14 @@ void Scheduler::onTaskFinished(Task* task)
     m_currentTask = nullptr;
     if (task == m_backgroundTask)
         m_backgroundTask = nullptr;
+    runNextTask();
+}
+
+void Scheduler::onTaskDestroyed(const QObject* task)
+{
+    if (task != m_currentTask && task != m_backgroundTask)
+        return;
+    (task == m_currentTask ? m_currentTask : m_backgroundTask) = nullptr;
     runNextTask();
 }
 

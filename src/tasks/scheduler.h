@@ -2,9 +2,8 @@
 
 #include "tasks/task.h"
 
-#include <QDateTime>
-#include <QList>
 #include <QMap>
+#include <QPointer>
 #include <QQueue>
 
 #include <functional>
@@ -14,7 +13,8 @@
  * Decides which task runs: one first-in-first-out queue for each key, one foreground task at a time across all
  * queues, and one background task that runs only while nothing else wants to.
  *
- * Work is handed over by emitting schedule(). Tasks are neither owned nor deleted. Main thread.
+ * Work is handed over by emitting schedule(). Tasks are neither owned nor deleted; one that its owner deletes early
+ * counts as finished. Main thread.
  */
 class Scheduler : public QObject
 {
@@ -48,12 +48,15 @@ private slots:
     void onTaskFinished(Task* task);
 
 private:
+    using Queue = QQueue<QPointer<Task>>;
+
+    void onTaskDestroyed(const QObject* task);
     void runNextTask();
     Task* takeForegroundTask();
     void start(Task* task);
 
-    QMap<QString, std::shared_ptr<QQueue<Task*>>> m_queues;
-    QList<Task*> m_backgroundTasks;
+    QMap<QString, std::shared_ptr<Queue>> m_queues;
+    Queue m_backgroundTasks;
     bool m_stopped = false;
     Task* m_currentTask = nullptr;
     Task* m_backgroundTask = nullptr;

@@ -148,6 +148,11 @@ void ExceptionLogger::post(const QString& type, const QString& message, const QS
         manager->deleteLater();
 }
 
+void ExceptionLogger::abandonReports()
+{
+    qDeleteAll(findChildren<QNetworkAccessManager*>(QString(), Qt::FindDirectChildrenOnly));
+}
+
 void ExceptionLogger::onPostFinished(QNetworkReply* reply)
 {
     qDebug().noquote() << "Response:" << QString::fromUtf8(reply->readAll());

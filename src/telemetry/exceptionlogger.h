@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QString>
 
+class QNetworkAccessManager;
 class QNetworkReply;
 
 /**
@@ -30,6 +31,9 @@ public:
                       int line);
 
     QString getUrl() const;
+
+    /** Drops the reports that are still being sent. For the end of the process: no thread may be left in them. */
+    void abandonReports();
 
 private:
     void parseDsn(const QString& dsn);

@@ -121,6 +121,7 @@ private slots:
         QTest::newRow("good") << QByteArray("exit 0") << 0 << false;
         QTest::newRow("error") << QByteArray("exit 7") << 7 << false;
         QTest::newRow("crash") << QByteArray("kill -SEGV $$") << int(SIGSEGV) << true;
+        QTest::newRow("crash inside Wine") << QByteArray("echo 'wine: Unhandled page fault on write access' >&2; exit 5") << 5 << true;
     }
     void followsAClient()
     {

@@ -144,6 +144,25 @@ private slots:
         QVERIFY(m_journal.contains("back end"));
     }
 
+    void goesOnWhenTasksAreDeletedEarly()
+    {
+        auto running = std::make_unique<JournalTask>("running", &m_journal);
+        auto waiting = std::make_unique<JournalTask>("waiting", &m_journal);
+        auto unheard = std::make_unique<JournalTask>("unheard", &m_journal);
+        JournalTask last("last", &m_journal);
+        schedule("ks", running.get());
+        schedule("ks", waiting.get());
+        schedule("ks", &last);
+        emit m_scheduler.schedule("ks", unheard.get());
+        unheard.reset();
+        waiting.reset();
+        QCoreApplication::processEvents();
+        QCOMPARE(m_journal, QStringList{"running go"});
+        running.reset();
+        QCOMPARE(m_journal.last(), QStringLiteral("last go"));
+        last.end();
+    }
+
     void stopsForGood()
     {
         Scheduler scheduler([] { return QStringList(); });

@@ -18,8 +18,21 @@ LauncherProcess::LauncherProcess(const LocalBackend& backend)
     shareCache(m_cache);
 }
 
+/** What a failed test needs to see of a log: the lines that warn, without the reports that repeat the others. */
+static void printWarnings(const QString& log)
+{
+    const auto lines = log.split(QLatin1Char('\n'));
+    for (const auto& line : lines) {
+        if (line.contains(QLatin1String("\twarning\t")) || line.contains(QLatin1String("\terror\t")))
+            qWarning().noquote() << "launcher:" << line.left(240);
+    }
+    qWarning().noquote() << "launcher: last lines:" << log.right(1500);
+}
+
 LauncherProcess::~LauncherProcess()
 {
+    if (QTest::currentTestFailed())
+        printWarnings(log());
     if (m_process.state() != QProcess::NotRunning) {
         m_process.kill();
         m_process.waitForFinished();
@@ -58,8 +71,8 @@ int LauncherProcess::refreshOnce(const QStringList& moreArguments)
     start(QStringList{QStringLiteral("-d"), QStringLiteral("-k"), QStringLiteral("-e")} + moreArguments);
     const bool ended = m_process.waitForFinished(60000);
     m_standardError = QString::fromLocal8Bit(m_process.readAllStandardError());
-    if (!ended || m_process.exitCode() != 0)
-        qWarning().noquote() << m_standardError << log().right(5000);
+    if (!m_standardError.isEmpty())
+        qWarning().noquote() << m_standardError;
     return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
