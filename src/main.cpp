@@ -31,9 +31,13 @@ public:
         QObject::connect(settings, &Settings::serverDeclared, &m_wineManager,
                          [this](const QString& key, const QJsonObject& entry) { create(key, entry); });
         QObject::connect(settings, &Settings::serverActivationRequested, &m_wineManager,
-                         [this](const QString& key, bool active) { withServer(key, [active](auto* server) { server->setActive(active); }); });
+                         [this](const QString& key, bool active) {
+                             withServer(key, [active](auto* server) { server->setActive(active); });
+                         });
         QObject::connect(settings, &Settings::lastKnownBuildResetRequested, &m_wineManager,
-                         [this](const QString& key) { withServer(key, [](auto* server) { server->resetLastDownloaded(); }); });
+                         [this](const QString& key) {
+                             withServer(key, [](auto* server) { server->resetLastDownloaded(); });
+                         });
     }
 
 private:
@@ -91,8 +95,9 @@ void setupThreadPool()
         pool->setMaxThreadCount(2);
         qDebug() << "Processor single-core or not recognised, maximum threads forced to 2";
     }
-    qDebug() << "Global QThreadPool thread-counts:" << "ideal" << ideal << " max" << pool->maxThreadCount()
-             << " active" << pool->activeThreadCount();
+    qDebug() << "Global QThreadPool thread-counts:"
+             << "ideal" << ideal << " max" << pool->maxThreadCount() << " active"
+             << pool->activeThreadCount();
 }
 
 int run(QApplication* app)

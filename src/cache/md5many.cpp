@@ -80,16 +80,20 @@ __attribute__((target("avx2"), always_inline)) inline __m256i mixWords(__m256i b
 }
 
 template <int step>
-__attribute__((target("avx2"), always_inline)) inline void doStep(__m256i& a, __m256i& b, __m256i& c, __m256i& d,
-                                                                  const __m256i* words)
+__attribute__((target("avx2"), always_inline)) inline void doStep(__m256i& a, __m256i& b, __m256i& c,
+                                                                  __m256i& d, const __m256i* words)
 {
     constexpr int round = step / 16;
     constexpr int i = step % 16;
-    constexpr int word = round == 0 ? i : round == 1 ? (5 * i + 1) % 16 : round == 2 ? (3 * i + 5) % 16 : 7 * i % 16;
+    constexpr int word = round == 0   ? i
+                         : round == 1 ? (5 * i + 1) % 16
+                         : round == 2 ? (3 * i + 5) % 16
+                                      : 7 * i % 16;
     constexpr int shifts[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
     constexpr int shift = shifts[round][i % 4];
     const auto constant = _mm256_set1_epi32(static_cast<int>(sines[static_cast<size_t>(step)]));
-    auto sum = _mm256_add_epi32(_mm256_add_epi32(a, _mm256_add_epi32(words[word], constant)), mixWords<round>(b, c, d));
+    auto sum = _mm256_add_epi32(_mm256_add_epi32(a, _mm256_add_epi32(words[word], constant)),
+                                mixWords<round>(b, c, d));
     sum = _mm256_or_si256(_mm256_slli_epi32(sum, shift), _mm256_srli_epi32(sum, 32 - shift));
     a = d;
     d = c;
@@ -105,7 +109,8 @@ doSteps(__m256i& a, __m256i& b, __m256i& c, __m256i& d, const __m256i* words,
     (doStep<steps>(a, b, c, d, words), ...);
 }
 
-/** Takes count blocks of every lane into the states. A lane that has nothing to do has advance 0 and any block. */
+/** Takes count blocks of every lane into the states. A lane that has nothing to do has advance 0 and any
+ * block. */
 __attribute__((target("avx2"))) void hashBlocks(States* states, std::array<const char*, lanes> data,
                                                 const std::array<size_t, lanes>& advance, size_t count)
 {

@@ -7,7 +7,8 @@ SafePath::SafePath(const QString& root) : m_root(QDir::cleanPath(root)) {}
 
 bool SafePath::isSafeText(const QString& relativePath)
 {
-    if (relativePath.isEmpty() || relativePath.startsWith(QLatin1Char('/')) || relativePath.endsWith(QLatin1Char('/')))
+    if (relativePath.isEmpty() || relativePath.startsWith(QLatin1Char('/')) ||
+        relativePath.endsWith(QLatin1Char('/')))
         return false;
     if (relativePath.contains(QChar::Null) || relativePath.contains(QLatin1Char('\\')))
         return false;

@@ -4,10 +4,11 @@
 #include <QString>
 
 /**
- * Turns relative paths that came from outside into paths below one root, and refuses those that would leave it: by
- * their text (absolute, "..", NUL, backslash) or through a symbolic link that stands on the way.
+ * Turns relative paths that came from outside into paths below one root, and refuses those that would leave
+ * it: by their text (absolute, "..", NUL, backslash) or through a symbolic link that stands on the way.
  *
- * Answers about folders are remembered, so one object serves one job. Not for use from several threads at once.
+ * Answers about folders are remembered, so one object serves one job. Not for use from several threads at
+ * once.
  */
 class SafePath
 {

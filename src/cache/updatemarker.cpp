@@ -27,7 +27,10 @@ QHash<QString, std::weak_ptr<UpdateMarker>>& heldMarkers()
     return markers;
 }
 
-QString resFiles(const QString& cacheRoot) { return QDir::cleanPath(cacheRoot + QStringLiteral("/ResFiles")); }
+QString resFiles(const QString& cacheRoot)
+{
+    return QDir::cleanPath(cacheRoot + QStringLiteral("/ResFiles"));
+}
 
 /** Opens and locks the file; -1 when that is not possible, with errno set. */
 int openLocked(const QString& path, int flags, int lockOperation)
@@ -64,7 +67,9 @@ QString md5InName(const QString& cachedName)
 }
 } // namespace
 
-UpdateMarker::UpdateMarker(QString path, int descriptor) : m_path(std::move(path)), m_descriptor(descriptor) {}
+UpdateMarker::UpdateMarker(QString path, int descriptor) : m_path(std::move(path)), m_descriptor(descriptor)
+{
+}
 
 UpdateMarker::~UpdateMarker() { ::close(m_descriptor); }
 
@@ -135,14 +140,16 @@ UpdateMarker::recoverAfterCrash(const QString& cacheRoot,
     QDateTime oldest;
     const auto dead = findDead(folder, &oldest);
     if (!dead.isEmpty()) {
-        qWarning() << "An earlier update was interrupted, checking the files that it may have left unfinished";
+        qWarning()
+            << "An earlier update was interrupted, checking the files that it may have left unfinished";
         recovery.markers = dead.size();
         removeBadFiles(folder, oldest.addMSecs(-timeSlackMs), expectedMd5, stop, &recovery);
         if (!stop) {
             for (const auto& path : dead)
                 QFile::remove(path);
         }
-        qInfo() << "Files checked after the interruption:" << recovery.checked << "removed:" << recovery.removed;
+        qInfo() << "Files checked after the interruption:" << recovery.checked
+                << "removed:" << recovery.removed;
     }
     ::close(recoveryLock);
     return recovery;

@@ -29,8 +29,8 @@ bool renameFile(const QString& from, const QString& to)
 }
 
 /**
- * Opens a file of our own, never one that another launcher has open: writing into that would damage its download. That
- * other one may make its own between our two steps, so this can take several attempts.
+ * Opens a file of our own, never one that another launcher has open: writing into that would damage its
+ * download. That other one may make its own between our two steps, so this can take several attempts.
  */
 bool openFresh(QFile* file)
 {
@@ -44,16 +44,19 @@ bool openFresh(QFile* file)
     return false;
 }
 
-/** Whether the name still leads to the file that is open: another launcher may have put its own file there. */
+/** Whether the name still leads to the file that is open: another launcher may have put its own file there.
+ */
 bool isStillAt(const QFile& file, const QString& path)
 {
     struct stat opened;
     struct stat named;
-    return ::fstat(file.handle(), &opened) == 0 && ::lstat(QFile::encodeName(path).constData(), &named) == 0 &&
-           opened.st_dev == named.st_dev && opened.st_ino == named.st_ino;
+    return ::fstat(file.handle(), &opened) == 0 &&
+           ::lstat(QFile::encodeName(path).constData(), &named) == 0 && opened.st_dev == named.st_dev &&
+           opened.st_ino == named.st_ino;
 }
 
-/** Copies the content of an open file, whose name is gone, to a fresh file beside finalPath and renames that. */
+/** Copies the content of an open file, whose name is gone, to a fresh file beside finalPath and renames that.
+ */
 bool publishCopy(QFile* file, const QString& finalPath)
 {
     QTemporaryFile copy(finalPath + QStringLiteral(".XXXXXX.tmp"));
@@ -85,8 +88,8 @@ bool BackgroundSaver::createFolders(const QString& url, const QString& path)
     qDebug().noquote() << "Directory does not exist - creating" << folder;
     if (QDir().mkpath(folder))
         return true;
-    report("CreateDirectoryFailed", QStringLiteral("Couldn't create directory %1").arg(folder), "createFolders",
-           __LINE__);
+    report("CreateDirectoryFailed", QStringLiteral("Couldn't create directory %1").arg(folder),
+           "createFolders", __LINE__);
     emit fileFailed(url);
     return false;
 }
@@ -96,8 +99,8 @@ bool BackgroundSaver::createTempFile(const QString& url, const QString& finalPat
     const auto tempPath = finalPath + QStringLiteral(".tmp");
     if (!createFolders(url, tempPath)) {
         report("CreateDirectoriesFailed",
-               QStringLiteral("Could not create directories for %1, %2").arg(url, tempPath), "createTempFileHelper",
-               __LINE__);
+               QStringLiteral("Could not create directories for %1, %2").arg(url, tempPath),
+               "createTempFileHelper", __LINE__);
         return false;
     }
     auto data = std::make_shared<DownloadData>();

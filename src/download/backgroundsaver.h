@@ -8,12 +8,12 @@
 #include <memory>
 
 /**
- * Turns the byte streams of a download queue into verified files of the cache: each goes to a temporary file beside
- * its final place, is hashed while it arrives, and is renamed into place only when its MD5 is right.
+ * Turns the byte streams of a download queue into verified files of the cache: each goes to a temporary file
+ * beside its final place, is hashed while it arrives, and is renamed into place only when its MD5 is right.
  *
- * Downloads are known by their URL as text. Each one that was created ends in exactly one of the three signals, except
- * after cancel(). Failures of the file system are reported. Main thread; moving a file may block for a second when the
- * file system makes difficulties.
+ * Downloads are known by their URL as text. Each one that was created ends in exactly one of the three
+ * signals, except after cancel(). Failures of the file system are reported. Main thread; moving a file may
+ * block for a second when the file system makes difficulties.
  */
 class BackgroundSaver : public QObject
 {
@@ -24,12 +24,13 @@ public:
     ~BackgroundSaver() override;
 
     /**
-     * Prepares a download to finalPath (absolute); checksum is the expected MD5 in lower-case hexadecimal. Returns
-     * false when no temporary file could be made. An earlier download of the same URL is replaced.
+     * Prepares a download to finalPath (absolute); checksum is the expected MD5 in lower-case hexadecimal.
+     * Returns false when no temporary file could be made. An earlier download of the same URL is replaced.
      */
     bool createTempFile(const QString& url, const QString& finalPath, const QString& checksum);
 
-    /** Appends to the temporary file. Returns false when the bytes could not be written: the download is lost then. */
+    /** Appends to the temporary file. Returns false when the bytes could not be written: the download is lost
+     * then. */
     bool addData(const QString& url, const QByteArray& bytes);
 
     /** Ends a download: checks it and moves it into place. */

@@ -47,7 +47,8 @@ Names listFiles(const QString& folder)
 enum RowState : char { Present, Missing, Refused, Link };
 
 /** Puts the rows into groups by folder and judges the text of their paths. */
-std::vector<Group> groupRows(const QList<IndexEntryPtr>& entries, const QString& root, std::vector<char>* states)
+std::vector<Group> groupRows(const QList<IndexEntryPtr>& entries, const QString& root,
+                             std::vector<char>* states)
 {
     std::vector<Group> groups;
     QHash<QStringRef, size_t> groupOfFolder;

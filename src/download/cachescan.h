@@ -18,7 +18,8 @@ struct CacheScan {
 };
 
 /**
- * Finds the files of an index that are missing below cacheRoot + "/ResFiles". Each folder is listed once, several at a
- * time on the global thread pool; files are not opened, a file that is there is trusted. Any thread.
+ * Finds the files of an index that are missing below cacheRoot + "/ResFiles". Each folder is listed once,
+ * several at a time on the global thread pool; files are not opened, a file that is there is trusted. Any
+ * thread.
  */
 CacheScan scanCache(const Index& index, const QString& cacheRoot);

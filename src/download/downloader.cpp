@@ -44,7 +44,8 @@ Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(u
     QT_WARNING_POP
 }
 
-// Any reply that the shared manager completes is taken for this download's: the scheduler runs one download at a time.
+// Any reply that the shared manager completes is taken for this download's: the scheduler runs one download
+// at a time.
 void Downloader::go()
 {
     connect(getManager(), &QNetworkAccessManager::finished, this, &Downloader::getFinished);
@@ -120,5 +121,6 @@ void Downloader::fail(QNetworkReply* reply)
     const auto found = QHostInfo::fromName(m_url.host()).addresses();
     for (const auto& address : found)
         addresses << address.toString();
-    qDebug().noquote() << "DNS lookup for" << m_url.host() << "returns" << addresses.join(QStringLiteral(", "));
+    qDebug().noquote() << "DNS lookup for" << m_url.host() << "returns"
+                       << addresses.join(QStringLiteral(", "));
 }

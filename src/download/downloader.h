@@ -13,8 +13,9 @@ class QNetworkReply;
 /**
  * Fetches one URL into memory.
  *
- * Error codes: 1 unknown or transport error, 2 not found (404), 9 access denied (401). The error string is the network
- * layer's text. Nothing is tried twice. Main thread; all objects share one network access manager.
+ * Error codes: 1 unknown or transport error, 2 not found (404), 9 access denied (401). The error string is
+ * the network layer's text. Nothing is tried twice. Main thread; all objects share one network access
+ * manager.
  */
 class Downloader : public Task, public LiveCount<Downloader>
 {
@@ -37,7 +38,8 @@ public:
     /** The body; empty after a failure. */
     QByteArray getContents() const { return m_contents; }
     static QNetworkAccessManager* getManager();
-    /** Ends the manager and its thread. For the end of the process: the TLS library must not end under a transfer. */
+    /** Ends the manager and its thread. For the end of the process: the TLS library must not end under a
+     * transfer. */
     static void endManager();
 
 signals:

@@ -8,8 +8,9 @@
 #include <QElapsedTimer>
 #include <QtConcurrent>
 
-DownloadFromIndexTask::DownloadFromIndexTask(const QString& name, const IndexPtr& index, const QString& baseUrl,
-                                             const QString& cacheFolder, QObject* parent)
+DownloadFromIndexTask::DownloadFromIndexTask(const QString& name, const IndexPtr& index,
+                                             const QString& baseUrl, const QString& cacheFolder,
+                                             QObject* parent)
     : Task(parent), m_name(name), m_index(index), m_cacheFolder(cacheFolder),
       m_queue(new DownloadQueue(baseUrl, cacheFolder, name, this))
 {
@@ -108,8 +109,8 @@ void DownloadFromIndexTask::syncToDisk()
         return;
     }
     m_state = State::Syncing;
-    m_syncWatcher.setFuture(
-        QtConcurrent::run([marker = std::move(m_marker)]() mutable { return UpdateMarker::release(std::move(marker)); }));
+    m_syncWatcher.setFuture(QtConcurrent::run(
+        [marker = std::move(m_marker)]() mutable { return UpdateMarker::release(std::move(marker)); }));
 }
 
 void DownloadFromIndexTask::done()

@@ -13,10 +13,10 @@ class DownloadQueue;
 /**
  * Brings the cache up to date with one index: finds the files that are missing and downloads them.
  *
- * While it writes, the cache is marked (see UpdateMarker); a mark that a dead process left is acted on first. Error
- * codes: 0, 2 (a file could not be downloaded, the index is null, or a row points outside the cache; the other files
- * are downloaded all the same in that last case) and 3 (a file could not be stored). Main thread; the scan and the
- * final wait for the disk run on the global thread pool.
+ * While it writes, the cache is marked (see UpdateMarker); a mark that a dead process left is acted on first.
+ * Error codes: 0, 2 (a file could not be downloaded, the index is null, or a row points outside the cache;
+ * the other files are downloaded all the same in that last case) and 3 (a file could not be stored). Main
+ * thread; the scan and the final wait for the disk run on the global thread pool.
  */
 class DownloadFromIndexTask : public Task, public LiveCount<DownloadFromIndexTask>
 {

@@ -20,11 +20,13 @@ constexpr int reportIntervalMs = 125;
 bool isFinal(QNetworkReply::NetworkError error)
 {
     return error == QNetworkReply::ConnectionRefusedError || error == QNetworkReply::ContentAccessDenied ||
-           error == QNetworkReply::ContentOperationNotPermittedError || error == QNetworkReply::ContentNotFoundError;
+           error == QNetworkReply::ContentOperationNotPermittedError ||
+           error == QNetworkReply::ContentNotFoundError;
 }
 } // namespace
 
-DownloadQueue::DownloadQueue(const QString& baseUrl, const QString& cacheRoot, const QString& name, QObject* parent)
+DownloadQueue::DownloadQueue(const QString& baseUrl, const QString& cacheRoot, const QString& name,
+                             QObject* parent)
     : QObject(parent), m_baseUrl(baseUrl), m_name(name), m_resFiles(cacheRoot + QStringLiteral("/ResFiles")),
       m_manager(new QNetworkAccessManager(this)), m_saver(new BackgroundSaver(this))
 {
@@ -71,7 +73,8 @@ void DownloadQueue::downloadNextEntries()
 {
     IndexEntryPtr entry;
     QString fileName;
-    while (!m_paused && m_error == NoError && m_transfers.size() < maxInFlight && takeNextEntry(&entry, &fileName))
+    while (!m_paused && m_error == NoError && m_transfers.size() < maxInFlight &&
+           takeNextEntry(&entry, &fileName))
         issueRequest(entry, fileName);
 }
 
@@ -183,10 +186,12 @@ void DownloadQueue::handleTransferError(QNetworkReply* reply, const Transfer& tr
         rescheduleFile(transfer.fileName);
         return;
     }
-    ExceptionLogger::instance()->logException(
-        QStringLiteral("DownloadFailed"),
-        QStringLiteral("%1 downloading %2 after %3 retries").arg(reply->errorString(), transfer.fileName).arg(retries),
-        QStringLiteral("getFinished"), QStringLiteral("downloadqueue"), __LINE__);
+    ExceptionLogger::instance()->logException(QStringLiteral("DownloadFailed"),
+                                              QStringLiteral("%1 downloading %2 after %3 retries")
+                                                  .arg(reply->errorString(), transfer.fileName)
+                                                  .arg(retries),
+                                              QStringLiteral("getFinished"), QStringLiteral("downloadqueue"),
+                                              __LINE__);
     failFile(transfer.fileName, DownloadError);
 }
 
@@ -250,7 +255,8 @@ void DownloadQueue::onFileFailed(const QString& url)
     checkIfFinished();
 }
 
-// A request may wait long for its turn on a busy connection. It counts as stalled only when nothing else moves either.
+// A request may wait long for its turn on a busy connection. It counts as stalled only when nothing else
+// moves either.
 void DownloadQueue::abortStalledTransfers()
 {
     QList<QNetworkReply*> stalled;
@@ -289,8 +295,7 @@ void DownloadQueue::updateProgress()
     const float fraction = m_bytesToDownload > 0
                                ? static_cast<float>(m_bytesReceived) / static_cast<float>(m_bytesToDownload)
                                : 0.0F;
-    emit progressUpdate(fraction, tr("%1 of %2 files (%3)")
-                                      .arg(m_filesDone)
-                                      .arg(m_filesEnqueued)
-                                      .arg(formatMemory(m_bytesReceived)));
+    emit progressUpdate(
+        fraction,
+        tr("%1 of %2 files (%3)").arg(m_filesDone).arg(m_filesEnqueued).arg(formatMemory(m_bytesReceived)));
 }

@@ -18,17 +18,19 @@ class QNetworkReply;
 /**
  * Downloads many files into the cache, ten requests at a time, and retries what fails.
  *
- * Fill it with enqueue(), then startDownload(); finished() comes once a run, getError() tells how it ended. After the
- * first file that failed for good no further request starts. Main thread, but for enqueue(), which one worker may call
- * while the queue has not been started.
+ * Fill it with enqueue(), then startDownload(); finished() comes once a run, getError() tells how it ended.
+ * After the first file that failed for good no further request starts. Main thread, but for enqueue(), which
+ * one worker may call while the queue has not been started.
  */
 class DownloadQueue : public QObject
 {
     Q_OBJECT
 
 public:
-    /** name is for log lines. Files are fetched from baseUrl (ends with "/") and go to cacheRoot + "/ResFiles". */
-    DownloadQueue(const QString& baseUrl, const QString& cacheRoot, const QString& name, QObject* parent = nullptr);
+    /** name is for log lines. Files are fetched from baseUrl (ends with "/") and go to cacheRoot +
+     * "/ResFiles". */
+    DownloadQueue(const QString& baseUrl, const QString& cacheRoot, const QString& name,
+                  QObject* parent = nullptr);
     ~DownloadQueue() override;
 
     void enqueue(const IndexEntryPtr& entry);

@@ -56,7 +56,8 @@ bool cut(const char* line, const char* end, Row* row)
     return true;
 }
 
-/** Interns the texts of many rows at once: the table's memory is fetched for all of them before it is needed. */
+/** Interns the texts of many rows at once: the table's memory is fetched for all of them before it is needed.
+ */
 void appendRows(const Row* rows, int count, Index* index)
 {
     StringTable::Session strings;
@@ -140,10 +141,9 @@ IndexPtr getIndexFromFile(const QString& path)
         return {};
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly)) {
-        ExceptionLogger::instance()->logException(QStringLiteral("OpenFailed"),
-                                                  QStringLiteral("Couldn't open index file %1").arg(path),
-                                                  QStringLiteral("getIndexFromFile"), QStringLiteral("indexparser"),
-                                                  __LINE__);
+        ExceptionLogger::instance()->logException(
+            QStringLiteral("OpenFailed"), QStringLiteral("Couldn't open index file %1").arg(path),
+            QStringLiteral("getIndexFromFile"), QStringLiteral("indexparser"), __LINE__);
         return {};
     }
     return parseIndex(file.readAll(), path);

@@ -5,9 +5,9 @@
 #include <QObject>
 
 /**
- * Parses index files: one row a line, six fields between commas (name, cached name, checksum, size, compressed size,
- * flags). Lines end at a line feed or a NUL byte; empty lines are skipped, lines with fewer than five commas are
- * counted and skipped. A number that is none, or does not fit 32 bits, is 0.
+ * Parses index files: one row a line, six fields between commas (name, cached name, checksum, size,
+ * compressed size, flags). Lines end at a line feed or a NUL byte; empty lines are skipped, lines with fewer
+ * than five commas are counted and skipped. A number that is none, or does not fit 32 bits, is 0.
  */
 class IndexParser : public QObject, public LiveCount<IndexParser>
 {
@@ -36,8 +36,8 @@ private:
 };
 
 /**
- * Reads and parses an index file. Null when the path is empty, or when the file cannot be read, which is reported.
- * May run on any thread.
+ * Reads and parses an index file. Null when the path is empty, or when the file cannot be read, which is
+ * reported. May run on any thread.
  */
 IndexPtr getIndexFromFile(const QString& path);
 

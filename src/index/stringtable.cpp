@@ -15,9 +15,9 @@
 namespace
 {
 /**
- * Memory for strings that are never freed. Each string is laid out like one of the toolkit's string literals, header
- * and characters in one piece, so that a QString of it is a pointer and copying it touches no counter. A position
- * counts units of eight bytes from the first block and fits into 32 bits.
+ * Memory for strings that are never freed. Each string is laid out like one of the toolkit's string literals,
+ * header and characters in one piece, so that a QString of it is a pointer and copying it touches no counter.
+ * A position counts units of eight bytes from the first block and fits into 32 bits.
  */
 class Arena
 {
@@ -40,7 +40,8 @@ public:
 
     QStringData* at(uint32_t position) const
     {
-        return reinterpret_cast<QStringData*>(m_blocks[position / unitsPerBlock] + position % unitsPerBlock * unit);
+        return reinterpret_cast<QStringData*>(m_blocks[position / unitsPerBlock] +
+                                              position % unitsPerBlock * unit);
     }
 
 private:
@@ -181,7 +182,8 @@ bool isAscii(const char* data, size_t length)
 QString internAscii(Table& strings, const char* data, size_t length, size_t hash)
 {
     return strings.intern(
-        hash, static_cast<int>(length), [=](const ushort* stored) { return equalsWidened(stored, data, length); },
+        hash, static_cast<int>(length),
+        [=](const ushort* stored) { return equalsWidened(stored, data, length); },
         [=](ushort* stored) { widen(stored, data, length); });
 }
 

@@ -5,16 +5,16 @@
 #include <cstddef>
 
 /**
- * The process-wide table of strings that indexes share, so that several large indexes fit into memory: equal fields of
- * all servers and builds are one buffer. It is never pruned; its strings live until the process ends and cost no
- * reference counting. Any thread.
+ * The process-wide table of strings that indexes share, so that several large indexes fit into memory: equal
+ * fields of all servers and builds are one buffer. It is never pruned; its strings live until the process
+ * ends and cost no reference counting. Any thread.
  */
 class StringTable
 {
 public:
     /**
-     * Takes the table for many look-ups. Holding it locks the others out, so keep it for a few thousand strings at
-     * most.
+     * Takes the table for many look-ups. Holding it locks the others out, so keep it for a few thousand
+     * strings at most.
      */
     class Session;
 

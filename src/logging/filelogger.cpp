@@ -13,7 +13,8 @@ FileLogger* FileLogger::instance()
 
 static void removeOldLogs(const QDir& folder)
 {
-    auto names = folder.entryList({QStringLiteral("launcherlog*.txt")}, QDir::Files, QDir::Time | QDir::Reversed);
+    auto names =
+        folder.entryList({QStringLiteral("launcherlog*.txt")}, QDir::Files, QDir::Time | QDir::Reversed);
     while (names.size() >= maxLogFiles)
         QFile::remove(folder.filePath(names.takeFirst()));
 }
@@ -39,8 +40,8 @@ void FileLogger::outputMessage(const QDateTime& time, const QString& typeName, c
     QTextStream stream(&m_file);
     stream.setCodec("UTF-8");
     // The time is local. Tools that read these files expect the letter all the same.
-    stream << time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) << "Z\t" << category << '\t' << typeName << '\t'
-           << message;
+    stream << time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) << "Z\t" << category << '\t'
+           << typeName << '\t' << message;
     if (repeatCount > 0)
         stream << " (Repeated " << repeatCount << " times)";
     stream << '\n';

@@ -14,8 +14,9 @@ public:
     static FileLogger* instance();
 
     /**
-     * Opens a new file "launcherlog-<time>.txt" in the folder, readable by its owner only, and deletes the oldest
-     * ones. Returns false when the folder is empty or the file cannot be opened: this run then has no log file.
+     * Opens a new file "launcherlog-<time>.txt" in the folder, readable by its owner only, and deletes the
+     * oldest ones. Returns false when the folder is empty or the file cannot be opened: this run then has no
+     * log file.
      */
     bool initialize(const QString& folder);
 

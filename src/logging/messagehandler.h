@@ -8,9 +8,9 @@
 #include <QVector>
 
 /**
- * Makes every message of the toolkit's message functions, from any thread, a log record: secrets are redacted, the
- * record enters the history and goes to all sinks. The sinks are not owned and have to live until the process ends.
- * Call once, right after the application object exists.
+ * Makes every message of the toolkit's message functions, from any thread, a log record: secrets are
+ * redacted, the record enters the history and goes to all sinks. The sinks are not owned and have to live
+ * until the process ends. Call once, right after the application object exists.
  */
 void installLogMessageHandler(const QVector<LoggerBase*>& sinks);
 

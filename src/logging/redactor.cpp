@@ -28,7 +28,8 @@ void Redactor::addSecretsOfEnvironment()
     const auto names = environment.keys();
     for (const auto& name : names) {
         const auto upper = name.toUpper();
-        const bool secret = upper.contains(QLatin1String("TOKEN")) || upper.contains(QLatin1String("SECRET")) ||
+        const bool secret = upper.contains(QLatin1String("TOKEN")) ||
+                            upper.contains(QLatin1String("SECRET")) ||
                             upper.contains(QLatin1String("PASSWORD")) || upper.contains(QLatin1String("KEY"));
         const auto value = environment.value(name);
         if (secret && value.size() >= minEnvironmentSecret)

@@ -5,8 +5,8 @@
 #include <QStringList>
 
 /**
- * Knows the secrets of this run and replaces them by "[redacted]" in texts, also where they stand percent-encoded, in
- * Base64 or in hexadecimal. May be used from any thread.
+ * Knows the secrets of this run and replaces them by "[redacted]" in texts, also where they stand
+ * percent-encoded, in Base64 or in hexadecimal. May be used from any thread.
  */
 class Redactor
 {
@@ -15,8 +15,9 @@ public:
     void addSecret(const QString& value);
 
     /**
-     * Takes the values of all environment variables whose names contain TOKEN, SECRET, PASSWORD or KEY. Values of
-     * fewer than four characters ("1", "yes") would only tear holes into ordinary texts and stay as they are.
+     * Takes the values of all environment variables whose names contain TOKEN, SECRET, PASSWORD or KEY.
+     * Values of fewer than four characters ("1", "yes") would only tear holes into ordinary texts and stay as
+     * they are.
      */
     void addSecretsOfEnvironment();
 

@@ -3,7 +3,8 @@
 #include <QDateTime>
 #include <QObject>
 
-/** Broadcasts every log record. The signal is emitted on the thread that logs; receivers get it on their own. */
+/** Broadcasts every log record. The signal is emitted on the thread that logs; receivers get it on their own.
+ */
 class Router : public QObject
 {
     Q_OBJECT

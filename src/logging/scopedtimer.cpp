@@ -10,5 +10,6 @@ ScopedTimer::~ScopedTimer()
 {
     const auto* app = QCoreApplication::instance();
     const bool onMain = app && QThread::currentThread() == app->thread();
-    qDebug().noquote() << m_name << ":" << m_timer.elapsed() << (onMain ? "on main thread" : "on background thread");
+    qDebug().noquote() << m_name << ":" << m_timer.elapsed()
+                       << (onMain ? "on main thread" : "on background thread");
 }

@@ -3,7 +3,8 @@
 #include <QElapsedTimer>
 #include <QString>
 
-/** Logs, when it goes out of scope, how many milliseconds the scope took and on which kind of thread it ran. */
+/** Logs, when it goes out of scope, how many milliseconds the scope took and on which kind of thread it ran.
+ */
 class ScopedTimer
 {
 public:

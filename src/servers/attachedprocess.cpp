@@ -4,7 +4,8 @@
 
 AttachedProcess::AttachedProcess(QProcess* process) : m_process(process)
 {
-    connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this, &AttachedProcess::onFinished);
+    connect(process, qOverload<int, QProcess::ExitStatus>(&QProcess::finished), this,
+            &AttachedProcess::onFinished);
     // A program that cannot be started ends without ever having run.
     connect(process, &QProcess::errorOccurred, this, [this](QProcess::ProcessError error) {
         if (error == QProcess::FailedToStart)

@@ -20,7 +20,8 @@ public:
     ~AttachedProcess() override;
 
     qint64 processId() const;
-    /** QProcess::CrashExit after a crash, also of the program inside Wine; NormalExit for a process known by its id. */
+    /** QProcess::CrashExit after a crash, also of the program inside Wine; NormalExit for a process known by
+     * its id. */
     QProcess::ExitStatus exitStatus() const;
     QProcess::ProcessState state() const;
     /** Ends the process. */

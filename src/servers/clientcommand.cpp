@@ -29,7 +29,8 @@ QString getWineProgram(const Settings& settings)
     if (settings.useCustomWine()) {
         const auto program = settings.getCustomWinePath();
         // "wine" is a command to look up, as a shell would.
-        const auto found = program.contains(QLatin1Char('/')) ? QString() : QStandardPaths::findExecutable(program);
+        const auto found =
+            program.contains(QLatin1Char('/')) ? QString() : QStandardPaths::findExecutable(program);
         return found.isEmpty() ? program : found;
     }
     const auto name = settings.runClientsWith64Bit() ? QStringLiteral("wine64") : QStringLiteral("wine");

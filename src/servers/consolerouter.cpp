@@ -27,7 +27,9 @@ bool hasAnnouncedCrash(const QProcess& process) { return process.property(crashP
 static QStringList toLines(const QByteArray& output)
 {
     // Windows programs end their lines with a carriage return as well.
-    return QString::fromLocal8Bit(output).remove(QLatin1Char('\r')).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    return QString::fromLocal8Bit(output)
+        .remove(QLatin1Char('\r'))
+        .split(QLatin1Char('\n'), Qt::SkipEmptyParts);
 }
 
 void routeConsoleOutputToLog(QProcess* process)

@@ -39,12 +39,14 @@ std::function<bool()> clientsOf(const QString& name)
 bool replaceFile(const CopyItem& item)
 {
     // Another launcher may place the same file at the same time.
-    const auto temporary = QStringLiteral("%1.%2.tmp").arg(item.target).arg(QCoreApplication::applicationPid());
+    const auto temporary =
+        QStringLiteral("%1.%2.tmp").arg(item.target).arg(QCoreApplication::applicationPid());
     QFile::remove(temporary);
     if (!QFile::copy(item.source, temporary))
         return false;
     const auto encoded = QFile::encodeName(temporary);
-    // Files of the cache may be private to their owner; what is placed has the default bits unless the index has others.
+    // Files of the cache may be private to their owner; what is placed has the default bits unless the index
+    // has others.
     const mode_t bits = item.mode != 0 ? item.mode : 0644;
     if (::chmod(encoded.constData(), bits) == 0 &&
         std::rename(encoded.constData(), QFile::encodeName(item.target).constData()) == 0)
@@ -122,8 +124,9 @@ void Copier::determineFilesToCopy()
             if (target.isEmpty() || !SafePath::isSafeText(entry->cachedName))
                 refuse(entry->name);
             else
-                items.append({QDir::cleanPath(m_cacheFolder + QStringLiteral("/ResFiles/") + entry->cachedName), target,
-                              entry->checksum, static_cast<quint32>(entry->flags) & 0777U});
+                items.append(
+                    {QDir::cleanPath(m_cacheFolder + QStringLiteral("/ResFiles/") + entry->cachedName),
+                     target, entry->checksum, static_cast<quint32>(entry->flags) & 0777U});
         } else {
             qDebug().noquote() << "Copier asked to copy" << entry->name << "to" << m_destination;
         }
@@ -177,7 +180,8 @@ void Copier::go()
     }
     auto* copying = &m_copying;
     m_watcher.setFuture(QtConcurrent::mapped(
-        m_batches, std::function<BatchResult(const Batch&)>([copying](const Batch& batch) { return copyBatch(batch, copying); })));
+        m_batches, std::function<BatchResult(const Batch&)>(
+                       [copying](const Batch& batch) { return copyBatch(batch, copying); })));
 }
 
 void Copier::onProgressValueChanged(int value)
@@ -203,7 +207,8 @@ int Copier::copyFiles()
         return ClientsRunningError;
     auto* copying = &m_copying;
     return collect(QtConcurrent::blockingMapped<QVector<BatchResult>>(
-        m_batches, std::function<BatchResult(const Batch&)>([copying](const Batch& batch) { return copyBatch(batch, copying); })));
+        m_batches, std::function<BatchResult(const Batch&)>(
+                       [copying](const Batch& batch) { return copyBatch(batch, copying); })));
 }
 
 int Copier::collect(const QVector<BatchResult>& results)
@@ -236,7 +241,8 @@ bool Copier::createSymlinks() const
         else
             QFile::remove(link.path);
         QDir().mkpath(existing.absolutePath());
-        if (::symlink(QFile::encodeName(link.target).constData(), QFile::encodeName(link.path).constData()) != 0) {
+        if (::symlink(QFile::encodeName(link.target).constData(), QFile::encodeName(link.path).constData()) !=
+            0) {
             qWarning().noquote() << "Couldn't create symlink for " << link.path << " to " << link.target;
             success = false;
         }

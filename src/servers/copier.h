@@ -24,17 +24,19 @@ struct CopyItem {
 int verifyItem(const CopyItem& item);
 
 /**
- * Places one file unless it is right already: 0 done, 5 the source does not exist, 6 the copy failed. Any thread.
+ * Places one file unless it is right already: 0 done, 5 the source does not exist, 6 the copy failed. Any
+ * thread.
  */
 int copyIfNeeded(const CopyItem& item);
 
 /**
- * Brings a staging folder in line with an index: copies the files whose content differs out of the cache and makes the
- * symbolic links. Nothing is touched while clients run. Runs as a task, or at once with copyFiles().
+ * Brings a staging folder in line with an index: copies the files whose content differs out of the cache and
+ * makes the symbolic links. Nothing is touched while clients run. Runs as a task, or at once with
+ * copyFiles().
  *
- * Error codes: 0; 2 a row points outside the folder (the others are placed all the same); 3 a link could not be made;
- * 4 clients are running; 5 a source is missing from the cache; 6 a copy failed. Main thread; files are checked and
- * copied on the global thread pool.
+ * Error codes: 0; 2 a row points outside the folder (the others are placed all the same); 3 a link could not
+ * be made; 4 clients are running; 5 a source is missing from the cache; 6 a copy failed. Main thread; files
+ * are checked and copied on the global thread pool.
  */
 class Copier : public Task
 {

@@ -29,17 +29,22 @@ void report(const char* type, const QString& message, const char* function, int 
                                               QStringLiteral("servermanager"), line);
 }
 
-QString lastDownloadedKey(const QString& name) { return QStringLiteral("LauncherLastDownloaded/%1").arg(name); }
+QString lastDownloadedKey(const QString& name)
+{
+    return QStringLiteral("LauncherLastDownloaded/%1").arg(name);
+}
 } // namespace
 
 ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObject* parent)
     : QObject(parent), m_name(name), m_displayName(entry.value(QLatin1String("displayName")).toString()),
-      m_patchInfoUrl(
-          QStringLiteral("%1velkorclient_%2.json").arg(Settings::instance()->getBaseUrlForVersion(), name.toUpper())),
+      m_patchInfoUrl(QStringLiteral("%1velkorclient_%2.json")
+                         .arg(Settings::instance()->getBaseUrlForVersion(), name.toUpper())),
       m_server(entry.value(QLatin1String("server")).toString())
 {
-    connect(&m_prefetchWatcher, &QFutureWatcher<IndexPtr>::finished, this, &ServerManager::onPrefetchIndexLoaded);
-    connect(&m_resourceWatcher, &QFutureWatcher<IndexPtr>::finished, this, &ServerManager::onResourceIndexLoaded);
+    connect(&m_prefetchWatcher, &QFutureWatcher<IndexPtr>::finished, this,
+            &ServerManager::onPrefetchIndexLoaded);
+    connect(&m_resourceWatcher, &QFutureWatcher<IndexPtr>::finished, this,
+            &ServerManager::onResourceIndexLoaded);
     m_lastDownloaded = Settings::instance()->store().value(lastDownloadedKey(m_name)).toString();
     m_index = loadIndex(cachedIndexPath());
     m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
@@ -56,18 +61,21 @@ ServerManager::~ServerManager()
 
 QString ServerManager::getStagingFolder() const
 {
-    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wineenv/drive_c/") + m_name);
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wineenv/drive_c/") +
+                           m_name);
 }
 
 QString ServerManager::getExefileName() const
 {
-    const auto folder = Settings::instance()->runClientsWith64Bit() ? QStringLiteral("bin64") : QStringLiteral("bin");
+    const auto folder =
+        Settings::instance()->runClientsWith64Bit() ? QStringLiteral("bin64") : QStringLiteral("bin");
     return QStringLiteral("%1/%2/exefile.exe").arg(getStagingFolder(), folder);
 }
 
 QString ServerManager::cachedIndexPath() const
 {
-    return QDir::cleanPath(QStringLiteral("%1/index_%2.txt").arg(Settings::instance()->getCacheFolder(), m_name));
+    return QDir::cleanPath(
+        QStringLiteral("%1/index_%2.txt").arg(Settings::instance()->getCacheFolder(), m_name));
 }
 
 QString ServerManager::findFileInIndex(const QString& name) const
@@ -75,7 +83,8 @@ QString ServerManager::findFileInIndex(const QString& name) const
     const auto cachedName = m_index ? m_index->getCachedName(name) : QString();
     if (cachedName.isEmpty())
         return {};
-    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/ResFiles/") + cachedName);
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/ResFiles/") +
+                           cachedName);
 }
 
 QString ServerManager::getStagingFolderBuild() const
@@ -150,8 +159,8 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
     }
     const auto* downloader = qobject_cast<Downloader*>(task);
     if (!downloader) {
-        report("RuntimeError", QStringLiteral("Task is not of the expected type"), "onPatchInfoDownloadFinished",
-               __LINE__);
+        report("RuntimeError", QStringLiteral("Task is not of the expected type"),
+               "onPatchInfoDownloadFinished", __LINE__);
         return;
     }
     const auto info = QJsonDocument::fromJson(downloader->getContents()).object();
@@ -164,7 +173,8 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
     }
     emit versionUpdate(this, newBuild);
     m_isProtected = info.value(QLatin1String("protected")).toBool(false);
-    qDebug().noquote() << "Build on" << m_name << ":" << newBuild << "-" << (m_isProtected ? "protected" : "public");
+    qDebug().noquote() << "Build on" << m_name << ":" << newBuild << "-"
+                       << (m_isProtected ? "protected" : "public");
     if (!QDir(getStagingFolder()).exists()) {
         m_lastDownloaded.clear();
         m_stagingFolderBuild.clear();
@@ -238,8 +248,8 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
     }
     const auto* downloader = qobject_cast<Downloader*>(task);
     if (!downloader) {
-        report("RuntimeError", QStringLiteral("Task is not of the expected type"), "onBinaryIndexDownloadFinished",
-               __LINE__);
+        report("RuntimeError", QStringLiteral("Task is not of the expected type"),
+               "onBinaryIndexDownloadFinished", __LINE__);
         return;
     }
     const auto bytes = downloader->getContents();
@@ -294,8 +304,8 @@ void ServerManager::onBinariesDownloadFinished(Task* task)
 
 void ServerManager::loadPrefetchIndex()
 {
-    m_prefetchWatcher.setFuture(
-        QtConcurrent::run(getIndexFromFile, findFileInIndex(QStringLiteral("app:/resfileindex_prefetch.txt"))));
+    m_prefetchWatcher.setFuture(QtConcurrent::run(
+        getIndexFromFile, findFileInIndex(QStringLiteral("app:/resfileindex_prefetch.txt"))));
 }
 
 void ServerManager::onPrefetchIndexLoaded()
@@ -337,7 +347,8 @@ void ServerManager::onCopyFinished(Task* task)
 {
     task->deleteLater();
     if (task->getErrorCode() == ClientsRunningError)
-        notifyError(ClientsRunningError, tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
+        notifyError(ClientsRunningError,
+                    tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
     else if (task->isError())
         notifyError(task->getErrorCode(), tr("Error! See log for details"));
     else
@@ -411,11 +422,12 @@ void ServerManager::onProgressUpdate(float fraction, const QString& message)
     emit progressUpdate(this, overall, message);
 }
 
-void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
-                                          DownloadStep step, const QString& queue,
+void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPtr& index,
+                                          const QString& baseUrl, DownloadStep step, const QString& queue,
                                           void (ServerManager::*onFinished)(Task*))
 {
-    auto* task = new DownloadFromIndexTask(taskName, index, baseUrl, Settings::instance()->getCacheFolder(), this);
+    auto* task =
+        new DownloadFromIndexTask(taskName, index, baseUrl, Settings::instance()->getCacheFolder(), this);
     connect(task, &DownloadFromIndexTask::progressUpdate, this, &ServerManager::onProgressUpdate);
     connect(task, &Task::finished, this, onFinished);
     m_downloadStep = step;

@@ -13,10 +13,11 @@ class Downloader;
 /**
  * Keeps one game server's client up to date and starts it.
  *
- * refresh() runs the chain version information, binaries index, binaries, prefetched resources, copy into the staging
- * folder, ready; each step is a task on the scheduler queue named after the server. With all resources wanted, a
- * download in the background follows. Failures end the chain with failedUpdate(); what is in the cache stays, and the
- * next refresh goes on from there. Main thread; indexes are parsed on the global thread pool.
+ * refresh() runs the chain version information, binaries index, binaries, prefetched resources, copy into the
+ * staging folder, ready; each step is a task on the scheduler queue named after the server. With all
+ * resources wanted, a download in the background follows. Failures end the chain with failedUpdate(); what is
+ * in the cache stays, and the next refresh goes on from there. Main thread; indexes are parsed on the global
+ * thread pool.
  */
 class ServerManager : public QObject
 {
@@ -67,8 +68,8 @@ public:
     void saveLastDownloadedBuild();
 
     /**
-     * Starts a client; token, settingsProfile and username may be empty. The calling thread waits until the staging
-     * folder has been checked. Failures come as failedUpdate() or showErrorMessage().
+     * Starts a client; token, settingsProfile and username may be empty. The calling thread waits until the
+     * staging folder has been checked. Failures come as failedUpdate() or showErrorMessage().
      */
     void play(const QString& token, const QString& settingsProfile, const QString& username);
     /** Starts a program under Wine's environment and tracks it. */
@@ -119,11 +120,11 @@ private:
     void notifyError(int code, const QString& message);
     void onProgressUpdate(float fraction, const QString& message);
     void scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
-                               DownloadStep step, const QString& queue, void (ServerManager::*onFinished)(Task*));
+                               DownloadStep step, const QString& queue,
+                               void (ServerManager::*onFinished)(Task*));
     void scheduleDownload(const QString& taskName, const QUrl& url, void (ServerManager::*onFinished)(Task*));
     IndexPtr loadIndex(const QString& path) const;
     QString cachedIndexPath() const;
-
 
     IndexPtr m_index;
     IndexPtr m_currentIndex;

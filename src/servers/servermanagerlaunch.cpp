@@ -21,7 +21,8 @@ void ServerManager::play(const QString& token, const QString& settingsProfile, c
         return;
     }
     if (!m_index) {
-        qDebug().noquote() << "play called before index was parsed - can't verify binaries for " << m_displayName;
+        qDebug().noquote() << "play called before index was parsed - can't verify binaries for "
+                           << m_displayName;
     } else {
         const int code = Copier(m_index, m_name).copyFiles();
         if (code == ClientsRunningError) {
@@ -50,18 +51,20 @@ void ServerManager::prepareForStartingProcess(QString& /*workingDirectory*/, QSt
     program = getWineProgram(*settings);
     arguments.prepend(getExefileName());
     // Wine's drive Z is the root of the host's file system.
-    arguments << QStringLiteral("/remotefilecachefolder=Z:%1/ResFiles").arg(QDir::cleanPath(settings->getCacheFolder()));
+    arguments << QStringLiteral("/remotefilecachefolder=Z:%1/ResFiles")
+                     .arg(QDir::cleanPath(settings->getCacheFolder()));
 }
 
-void ServerManager::startProcess(const QString& program, const QStringList& arguments, const QString& workingDirectory,
-                                 const QString& username)
+void ServerManager::startProcess(const QString& program, const QStringList& arguments,
+                                 const QString& workingDirectory, const QString& username)
 {
     auto* settings = Settings::instance();
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(settings->getWineManager()->getWineProcessEnvironment());
     qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
     if (!QFileInfo::exists(program)) {
-        qDebug().noquote() << program << " not found, cannot launch client. Staging folder was " << workingDirectory;
+        qDebug().noquote() << program << " not found, cannot launch client. Staging folder was "
+                           << workingDirectory;
         emit showErrorMessage(tr("Client launch failure"), tr("Could not find file %1").arg(program), 10);
         return;
     }
@@ -91,6 +94,7 @@ void ServerManager::attachProcess(qint64 pid, const QString& username)
 void ServerManager::trackProcess(AttachedProcess* process)
 {
     m_processes.insert(process);
-    connect(process, &AttachedProcess::finished, this, [this](AttachedProcess* ended) { m_processes.remove(ended); });
+    connect(process, &AttachedProcess::finished, this,
+            [this](AttachedProcess* ended) { m_processes.remove(ended); });
     emit processStarted(this, process);
 }

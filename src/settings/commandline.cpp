@@ -8,8 +8,8 @@ struct OptionRow {
     const char* longName;
     const char* shortName;
     const char* help;
-    bool CommandLine::*flag;     // set when the option is given, or
-    QString CommandLine::*value; // takes the option's value, or
+    bool CommandLine::*flag;        // set when the option is given, or
+    QString CommandLine::*value;    // takes the option's value, or
     QStringList CommandLine::*list; // takes the value's parts between commas
 };
 

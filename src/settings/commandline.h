@@ -18,8 +18,8 @@ struct CommandLine {
     QString startupServer;
 
     /**
-     * Reads the application's arguments. Prints the help, or a message about an unknown option or a missing value,
-     * and ends the process in these cases.
+     * Reads the application's arguments. Prints the help, or a message about an unknown option or a missing
+     * value, and ends the process in these cases.
      */
     static CommandLine process(const QCoreApplication& app);
 };

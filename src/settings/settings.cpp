@@ -78,8 +78,8 @@ Deployment nameApplication(const Deployment& deployment)
 Settings::Settings(const Deployment& deployment) : m_deployment(nameApplication(deployment))
 {
     load();
-    m_clientLogsFolder =
-        QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) + QStringLiteral("/ClientLogs");
+    m_clientLogsFolder = QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation) +
+                         QStringLiteral("/ClientLogs");
     if (getVersionType() == 2 && !isOnInternalNetwork()) {
         set(Id::VersionType, 1);
         m_store.setValue(QStringLiteral("LauncherType"), 1);
@@ -200,7 +200,8 @@ QJsonObject Settings::saveToJson() const
 void Settings::setFromJson(const QJsonObject& object)
 {
     for (auto member = object.begin(); member != object.end(); ++member) {
-        qDebug().noquote() << "Setting" << member.key() << "to a value of type" << jsonTypeName(member.value().type());
+        qDebug().noquote() << "Setting" << member.key() << "to a value of type"
+                           << jsonTypeName(member.value().type());
         m_store.setValue(member.key(), member.value().toVariant());
     }
     for (const auto& row : settingsTable()) {
@@ -219,8 +220,9 @@ bool Settings::isOnInternalNetwork() const
 {
     const auto domain = QHostInfo::localDomainName();
     const auto host = QHostInfo::localHostName();
-    return std::any_of(m_deployment.internalDomains.cbegin(), m_deployment.internalDomains.cend(),
-                       [&](const QString& internal) { return domain == internal || host.endsWith(internal); });
+    return std::any_of(
+        m_deployment.internalDomains.cbegin(), m_deployment.internalDomains.cend(),
+        [&](const QString& internal) { return domain == internal || host.endsWith(internal); });
 }
 
 QString Settings::getVersion() const { return QStringLiteral(VELKOR_VERSION); }
@@ -270,7 +272,10 @@ QString Settings::getWineEnvFolder() const
                                      : m_wineEnvFolder;
 }
 
-QString Settings::urlPrefix() const { return m_useSsl ? QStringLiteral("https:/") : QStringLiteral("http:/"); }
+QString Settings::urlPrefix() const
+{
+    return m_useSsl ? QStringLiteral("https:/") : QStringLiteral("http:/");
+}
 
 QString Settings::getBaseUrlForVersion() const
 {
@@ -311,9 +316,9 @@ QString Settings::getLandingPageUrl(const QString& serverKey) const
 QString Settings::getLogglyUrl()
 {
     if (m_logglyUrl.isEmpty()) {
-        m_logglyUrl =
-            QStringLiteral("https://%1/bulk/%2/tag/http,launcher,linux,%3,%4")
-                .arg(m_deployment.logCollectionHost, m_deployment.logCollectionToken, getVersion(), QSysInfo::kernelVersion());
+        m_logglyUrl = QStringLiteral("https://%1/bulk/%2/tag/http,launcher,linux,%3,%4")
+                          .arg(m_deployment.logCollectionHost, m_deployment.logCollectionToken, getVersion(),
+                               QSysInfo::kernelVersion());
     }
     return m_logglyUrl;
 }

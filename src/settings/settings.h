@@ -15,9 +15,9 @@ class ServerManager;
 class WineManager;
 
 /**
- * The process-wide settings: what is persisted, what the command line asked for, the folders and addresses that
- * follow from them, and the registry of game servers. It is also the hub through which parts that do not know each
- * other talk.
+ * The process-wide settings: what is persisted, what the command line asked for, the folders and addresses
+ * that follow from them, and the registry of game servers. It is also the hub through which parts that do not
+ * know each other talk.
  *
  * Main thread only. Background jobs may read settings that do not change while they run.
  */
@@ -26,7 +26,8 @@ class Settings : public QObject
     Q_OBJECT
 
 public:
-    /** The choices for the thread count of the client's resource manager, in the order in which they are shown. */
+    /** The choices for the thread count of the client's resource manager, in the order in which they are
+     * shown. */
     enum ResManThreadCountOption { ThreadsDefault, Threads2, Threads4, Threads8, Threads16 };
 
     /** Loads the stored settings. Sets the application's organisation and name, which locate the store. */
@@ -34,8 +35,8 @@ public:
     ~Settings() override;
 
     /**
-     * The one object of the process, made on first use and never destroyed. It takes the deployment that was set with
-     * useDeployment() before.
+     * The one object of the process, made on first use and never destroyed. It takes the deployment that was
+     * set with useDeployment() before.
      */
     static Settings* instance();
     static void useDeployment(const Deployment& deployment);
@@ -130,7 +131,8 @@ public:
     bool isOnline() const;
 
     // Folders
-    /** "SharedCache" beside the application's folder, which is created; "~/.velkor" where that is not possible. */
+    /** "SharedCache" beside the application's folder, which is created; "~/.velkor" where that is not
+     * possible. */
     QString getDefaultCacheLocation() const;
     /** Empty when the platform has no data location. */
     QString getLauncherLogsFolder() const;
@@ -169,7 +171,8 @@ public:
     void registerServer(const QString& key, ServerManager* manager) { m_servers.insert(key, manager); }
     WineManager* getWineManager() const { return m_wineManager; }
     void registerWineManager(WineManager* manager) { m_wineManager = manager; }
-    /** Asks every served server to forget its last downloaded build, through lastKnownBuildResetRequested(). */
+    /** Asks every served server to forget its last downloaded build, through lastKnownBuildResetRequested().
+     */
     void resetLastKnownBuildForAllServers();
 
     // First-time markers
@@ -217,7 +220,8 @@ private:
     CommandLine m_commandLine;
     const bool m_useSsl = true;
     const bool m_useWine = true;
-    const QStringList m_versionTypes{QStringLiteral("release"), QStringLiteral("beta"), QStringLiteral("dev")};
+    const QStringList m_versionTypes{QStringLiteral("release"), QStringLiteral("beta"),
+                                     QStringLiteral("dev")};
     QByteArray m_machineHash;
     QString m_clientLogsFolder;
     QString m_wineEnvFolder;

@@ -30,9 +30,10 @@ void Settings::setServers(const QJsonObject& catalogue)
         order.append(key);
         enabled << key;
         if (!servers.contains(key)) {
-            servers.insert(key, QJsonObject{{QStringLiteral("displayName"), key.left(1).toUpper() + key.mid(1).toLower()},
-                                            {QStringLiteral("server"),
-                                             key.toLower() + m_deployment.gameServerDomainSuffix}});
+            servers.insert(
+                key,
+                QJsonObject{{QStringLiteral("displayName"), key.left(1).toUpper() + key.mid(1).toLower()},
+                            {QStringLiteral("server"), key.toLower() + m_deployment.gameServerDomainSuffix}});
         }
     }
 

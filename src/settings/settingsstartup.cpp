@@ -19,7 +19,8 @@ void Settings::setupNetworkState()
     qDebug() << "Creating network configuration manager";
     auto* manager = new QNetworkConfigurationManager(this);
     m_networkConfiguration = manager;
-    qDebug() << (isOnline() ? "Network configuration manager is online" : "Network configuration manager is offline");
+    qDebug() << (isOnline() ? "Network configuration manager is online"
+                            : "Network configuration manager is offline");
     connect(manager, &QNetworkConfigurationManager::onlineStateChanged, this, [](bool online) {
         qDebug() << (online ? "Network connection established" : "Network connection lost");
     });
@@ -47,7 +48,8 @@ void Settings::initializeFromArgs(const QCoreApplication& app)
     setCommandLine(CommandLine::process(app));
     const auto arguments = QCoreApplication::arguments();
     if (arguments.size() >= 2)
-        qInfo().noquote() << "Command line arguments:" << "(" + arguments.join(QStringLiteral(", ")) + ")";
+        qInfo().noquote() << "Command line arguments:"
+                          << "(" + arguments.join(QStringLiteral(", ")) + ")";
 }
 
 void Settings::ensureCacheFolder()
@@ -60,9 +62,10 @@ void Settings::ensureCacheFolder()
     if (QDir().mkpath(folder))
         return;
     const auto fallback = getDefaultCacheLocation();
-    const auto question = tr("The directory %1 that is set as the shared cache location does not exist and cannot be "
-                             "created. Do you want to revert to the default value (%2)?")
-                              .arg(QDir::toNativeSeparators(folder), fallback);
+    const auto question =
+        tr("The directory %1 that is set as the shared cache location does not exist and cannot be "
+           "created. Do you want to revert to the default value (%2)?")
+            .arg(QDir::toNativeSeparators(folder), fallback);
     if (QMessageBox::question(nullptr, tr("Warning"), question) == QMessageBox::Yes)
         setCacheFolder(fallback);
 }
@@ -75,7 +78,8 @@ void Settings::logEffectiveSettings() const
     qDebug() << "Download everything:" << shouldDownloadEverything();
     qDebug().noquote() << "Language:" << getLanguage();
     qDebug() << "Ignore certification errors:" << getIgnoreCertErrors();
-    qDebug() << "Qt version:" << "5.11.0";
+    qDebug() << "Qt version:"
+             << "5.11.0";
     qDebug().noquote() << "Current folder:" << QDir::currentPath();
     qDebug().noquote() << "Cache folder:" << getCacheFolder();
     qDebug().noquote() << "Application dir:" << QCoreApplication::applicationDirPath();
@@ -112,7 +116,8 @@ void Settings::setupTranslator()
 void Settings::logStartup()
 {
     qInfo().noquote() << "Velkor Launcher version" << getVersion();
-    qInfo().noquote() << "Version type:" << m_versionTypes.value(getVersionType(), m_versionTypes.constFirst());
+    qInfo().noquote() << "Version type:"
+                      << m_versionTypes.value(getVersionType(), m_versionTypes.constFirst());
     qInfo().noquote() << "Running on" << QSysInfo::prettyProductName() << QSysInfo::kernelVersion();
     qInfo() << "System environment:";
     const auto environment = QProcessEnvironment::systemEnvironment().toStringList();

@@ -120,8 +120,10 @@ void MainWindow::connectServers()
         if (!server)
             continue;
         qDebug().noquote() << "Connecting signals for" << key;
-        connect(server, &ServerManager::processStarted, this, &MainWindow::onProcessStarted, Qt::UniqueConnection);
-        connect(server, &ServerManager::showErrorMessage, this, &MainWindow::showErrorMessage, Qt::UniqueConnection);
+        connect(server, &ServerManager::processStarted, this, &MainWindow::onProcessStarted,
+                Qt::UniqueConnection);
+        connect(server, &ServerManager::showErrorMessage, this, &MainWindow::showErrorMessage,
+                Qt::UniqueConnection);
     }
 }
 
@@ -259,7 +261,8 @@ void MainWindow::changeEvent(QEvent* event)
 // Without a frame the window's edges are for resizing, whatever widget lies there.
 bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched != windowHandle() || (event->type() != QEvent::MouseMove && event->type() != QEvent::MouseButtonPress))
+    if (watched != windowHandle() ||
+        (event->type() != QEvent::MouseMove && event->type() != QEvent::MouseButtonPress))
         return QMainWindow::eventFilter(watched, event);
     const auto* mouse = static_cast<QMouseEvent*>(event);
     const auto edges = isMaximized() ? Qt::Edges() : edgesAt(mouse->pos(), size());

@@ -15,8 +15,8 @@ class SimpleGui;
 class TitleBar;
 
 /**
- * The launcher's one top-level window and the driver of its periodic work: shows the server list, owns menu and tray
- * icon, runs the refresh cycle, and decides on closing whether to quit or to hide.
+ * The launcher's one top-level window and the driver of its periodic work: shows the server list, owns menu
+ * and tray icon, runs the refresh cycle, and decides on closing whether to quit or to hide.
  */
 class MainWindow : public QMainWindow
 {

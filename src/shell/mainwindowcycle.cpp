@@ -1,4 +1,5 @@
-// The part of MainWindow that runs the refresh cycle. Read it from top to bottom: each step names the next one.
+// The part of MainWindow that runs the refresh cycle. Read it from top to bottom: each step names the next
+// one.
 
 #include "servers/servermanager.h"
 #include "settings/settings.h"
@@ -69,7 +70,8 @@ void MainWindow::refreshServers()
     qDebug() << "refreshServers";
     const auto* settings = Settings::instance();
     const auto startupServer = settings->getStartupServer();
-    Scheduler::instance()->setPriorityKey(startupServer.isEmpty() ? settings->getMainServerName() : startupServer);
+    Scheduler::instance()->setPriorityKey(startupServer.isEmpty() ? settings->getMainServerName()
+                                                                  : startupServer);
     if (m_refreshedServer) {
         disconnect(m_refreshedServer, &ServerManager::endUpdate, this, &MainWindow::onEndUpdate);
         disconnect(m_refreshedServer, &ServerManager::failedUpdate, this, &MainWindow::onFailedUpdate);
@@ -85,8 +87,10 @@ void MainWindow::refreshServers()
         return;
     }
     // Queued, so that what the server does after announcing its end is done before the next step.
-    connect(m_refreshedServer, &ServerManager::endUpdate, this, &MainWindow::onEndUpdate, Qt::QueuedConnection);
-    connect(m_refreshedServer, &ServerManager::failedUpdate, this, &MainWindow::onFailedUpdate, Qt::QueuedConnection);
+    connect(m_refreshedServer, &ServerManager::endUpdate, this, &MainWindow::onEndUpdate,
+            Qt::QueuedConnection);
+    connect(m_refreshedServer, &ServerManager::failedUpdate, this, &MainWindow::onFailedUpdate,
+            Qt::QueuedConnection);
     qDebug().noquote() << "Calling refresh on" << m_refreshedServer->getName();
     m_refreshedServer->refresh();
 }
@@ -129,7 +133,8 @@ void MainWindow::reportFailure(ServerManager* server, int code)
     case ProtectedBuildError:
         break;
     case SourceDoesNotExistError:
-        report("SourceDoesNotExist", QStringLiteral("%1 update failed with a source does not exist error").arg(name));
+        report("SourceDoesNotExist",
+               QStringLiteral("%1 update failed with a source does not exist error").arg(name));
         server->reset();
         server->resetLastDownloaded();
         break;

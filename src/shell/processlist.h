@@ -6,8 +6,8 @@
 class AttachedProcess;
 
 /**
- * The clients that run now, of all servers, as they are recorded in processes.json. Deletes each process object after
- * it has ended. Main thread.
+ * The clients that run now, of all servers, as they are recorded in processes.json. Deletes each process
+ * object after it has ended. Main thread.
  */
 class ProcessList : public QObject
 {

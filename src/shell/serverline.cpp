@@ -8,8 +8,9 @@
 #include <QPushButton>
 
 ServerLine::ServerLine(ServerManager* server, QWidget* parent)
-    : QFrame(parent), m_server(server), m_build(new QLabel(server->getBuild(), this)), m_status(new QLabel(this)),
-      m_progress(new QProgressBar(this)), m_play(new QPushButton(tr("Play on %1").arg(server->getDisplayName()), this))
+    : QFrame(parent), m_server(server), m_build(new QLabel(server->getBuild(), this)),
+      m_status(new QLabel(this)), m_progress(new QProgressBar(this)),
+      m_play(new QPushButton(tr("Play on %1").arg(server->getDisplayName()), this))
 {
     auto* name = new QLabel(server->getDisplayName(), this);
     name->setObjectName(QStringLiteral("serverName"));

@@ -7,7 +7,8 @@ class QProgressBar;
 class QPushButton;
 class ServerManager;
 
-/** One row of the server list: a server's name, build, state and progress, and the button that starts its client. */
+/** One row of the server list: a server's name, build, state and progress, and the button that starts its
+ * client. */
 class ServerLine : public QFrame
 {
     Q_OBJECT

@@ -15,8 +15,8 @@
 static QString geometryKey() { return QStringLiteral("LauncherServerListWindowGeometry"); }
 
 SimpleGui::SimpleGui(QWidget* parent)
-    : QWidget(parent), m_layout(new QVBoxLayout(this)), m_rows(new QVBoxLayout), m_menuBar(new QMenuBar(this)),
-      m_message(new QLabel(this))
+    : QWidget(parent), m_layout(new QVBoxLayout(this)), m_rows(new QVBoxLayout),
+      m_menuBar(new QMenuBar(this)), m_message(new QLabel(this))
 {
     setWindowTitle(tr("Server list - Velkor Launcher"));
     restoreGeometry(Settings::instance()->store().value(geometryKey()).toByteArray());

@@ -7,7 +7,8 @@ class QMenu;
 class QMenuBar;
 class QVBoxLayout;
 
-/** The server list: one row for each served server, and a line for messages. Follows the list of the settings. */
+/** The server list: one row for each served server, and a line for messages. Follows the list of the
+ * settings. */
 class SimpleGui : public QWidget
 {
     Q_OBJECT

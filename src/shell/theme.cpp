@@ -23,10 +23,12 @@ struct ColourRow {
 };
 
 constexpr ColourRow colours[] = {
-    {"window", "#f2f4f7", "#14181f"},   {"surface", "#ffffff", "#1d232d"},  {"border", "#d5dae1", "#343e4d"},
-    {"text", "#1b212b", "#e9ecf1"},     {"muted", "#566070", "#a7b1bf"},    {"accent", "#b0440c", "#f08a4b"},
-    {"onAccent", "#ffffff", "#14181f"}, {"hover", "#8f3609", "#f5a06c"},    {"track", "#e3e7ec", "#2a323e"},
-    {"titleBar", "#1b2330", "#0d1015"}, {"disabled", "#e3e7ec", "#2a323e"}, {"onDisabled", "#6a7382", "#8b95a4"},
+    {"window", "#f2f4f7", "#14181f"},   {"surface", "#ffffff", "#1d232d"},
+    {"border", "#d5dae1", "#343e4d"},   {"text", "#1b212b", "#e9ecf1"},
+    {"muted", "#566070", "#a7b1bf"},    {"accent", "#b0440c", "#f08a4b"},
+    {"onAccent", "#ffffff", "#14181f"}, {"hover", "#8f3609", "#f5a06c"},
+    {"track", "#e3e7ec", "#2a323e"},    {"titleBar", "#1b2330", "#0d1015"},
+    {"disabled", "#e3e7ec", "#2a323e"}, {"onDisabled", "#6a7382", "#8b95a4"},
     {"focus", "#1f6fd1", "#7db4ff"},    {"progress", "#f3b792", "#96501f"},
 };
 
@@ -113,8 +115,9 @@ void Theme::followDesktop()
     auto bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return;
-    bus.connect(QString(), QLatin1String(portalPath), QLatin1String(portalInterface), QStringLiteral("SettingChanged"),
-                this, SLOT(onDesktopSettingChanged(QString, QString, QDBusVariant)));
+    bus.connect(QString(), QLatin1String(portalPath), QLatin1String(portalInterface),
+                QStringLiteral("SettingChanged"), this,
+                SLOT(onDesktopSettingChanged(QString, QString, QDBusVariant)));
     auto call = QDBusMessage::createMethodCall(QLatin1String(portalService), QLatin1String(portalPath),
                                                QLatin1String(portalInterface), QStringLiteral("Read"));
     call << QString::fromLatin1(appearanceGroup) << QString::fromLatin1(schemeKey);

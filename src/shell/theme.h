@@ -7,8 +7,8 @@ class QApplication;
 class QDBusVariant;
 
 /**
- * The look of all windows: one style sheet and palette for light desktops and one for dark ones. Follows the desktop
- * while the launcher runs, where the desktop announces its colours.
+ * The look of all windows: one style sheet and palette for light desktops and one for dark ones. Follows the
+ * desktop while the launcher runs, where the desktop announces its colours.
  */
 class Theme : public QObject
 {

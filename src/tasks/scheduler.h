@@ -10,11 +10,11 @@
 #include <memory>
 
 /**
- * Decides which task runs: one first-in-first-out queue for each key, one foreground task at a time across all
- * queues, and one background task that runs only while nothing else wants to.
+ * Decides which task runs: one first-in-first-out queue for each key, one foreground task at a time across
+ * all queues, and one background task that runs only while nothing else wants to.
  *
- * Work is handed over by emitting schedule(). Tasks are neither owned nor deleted; one that its owner deletes early
- * counts as finished. Main thread.
+ * Work is handed over by emitting schedule(). Tasks are neither owned nor deleted; one that its owner deletes
+ * early counts as finished. Main thread.
  */
 class Scheduler : public QObject
 {

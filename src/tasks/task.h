@@ -17,8 +17,9 @@ enum UpdateError {
 };
 
 /**
- * An asynchronous job: started once with go(), it announces its end with finished(), exactly once. Its creator keeps
- * it, gives it the dynamic property "name" for log lines, and deletes it after finished(). Main thread.
+ * An asynchronous job: started once with go(), it announces its end with finished(), exactly once. Its
+ * creator keeps it, gives it the dynamic property "name" for log lines, and deletes it after finished(). Main
+ * thread.
  */
 class Task : public QObject
 {

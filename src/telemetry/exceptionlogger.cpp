@@ -19,7 +19,8 @@ namespace
 constexpr int release = 1548102;
 constexpr int toolkitVersion = 330496;
 constexpr int maxBreadcrumbs = 100;
-// A report is itself logged, and so becomes a breadcrumb of the next one: uncut, reports would double in size each time.
+// A report is itself logged, and so becomes a breadcrumb of the next one: uncut, reports would double in size
+// each time.
 constexpr int maxBreadcrumbLength = 1024;
 
 QJsonArray breadcrumbs()
@@ -38,8 +39,8 @@ QJsonArray breadcrumbs()
     return crumbs;
 }
 
-QJsonObject buildEvent(const QString& type, const QString& message, const QString& function, const QString& file,
-                       int line)
+QJsonObject buildEvent(const QString& type, const QString& message, const QString& function,
+                       const QString& file, int line)
 {
     const QJsonObject tags{
         {QStringLiteral("osname"), QSysInfo::prettyProductName()},
@@ -121,8 +122,8 @@ void ExceptionLogger::logException(const QString& type, const QString& message, 
         QMetaObject::invokeMethod(this, send, Qt::QueuedConnection);
 }
 
-void ExceptionLogger::post(const QString& type, const QString& message, const QString& function, const QString& file,
-                           int line)
+void ExceptionLogger::post(const QString& type, const QString& message, const QString& function,
+                           const QString& file, int line)
 {
     const auto where = QStringLiteral("in %1 %2:%3").arg(function, file).arg(line);
     qDebug().noquote() << "ExceptionLogger::logException" << type << message << where;
@@ -133,7 +134,8 @@ void ExceptionLogger::post(const QString& type, const QString& message, const QS
     request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
     request.setRawHeader("X-Sentry-Auth", authHeader());
 
-    // Breadcrumbs were redacted when they were logged; the failure's own message has not been through the log yet.
+    // Breadcrumbs were redacted when they were logged; the failure's own message has not been through the log
+    // yet.
     const auto event = buildEvent(type, logRedactor().redact(message), function, file, line);
     const auto body = QJsonDocument(event).toJson(QJsonDocument::Compact);
     qCritical().noquote() << QString::fromUtf8(body) << type << message << where;

@@ -52,13 +52,15 @@ private slots:
                 contents << sampleBytes(i, random.bounded(round % 2 == 0 ? 300 : 300000));
             compare(contents);
         }
-        compare({sampleBytes(1, 32 * 1024), sampleBytes(2, 64 * 1024), sampleBytes(3, 32 * 1024 - 9), sampleBytes(4, 32 * 1024 + 1)});
+        compare({sampleBytes(1, 32 * 1024), sampleBytes(2, 64 * 1024), sampleBytes(3, 32 * 1024 - 9),
+                 sampleBytes(4, 32 * 1024 + 1)});
     }
 
     void leavesUnreadableFilesEmpty()
     {
         writeSample(m_folder.filePath("good"), "x");
-        const auto result = md5OfFiles({m_folder.filePath("missing"), m_folder.filePath("good"), m_folder.path()});
+        const auto result =
+            md5OfFiles({m_folder.filePath("missing"), m_folder.filePath("good"), m_folder.path()});
         QCOMPARE(result, (QVector<QByteArray>{QByteArray(), expected("x"), QByteArray()}));
         QVERIFY(md5OfFiles({}).isEmpty());
     }

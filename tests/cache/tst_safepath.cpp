@@ -46,7 +46,8 @@ private slots:
         SafePath paths(root.path() + "/");
         QCOMPARE(paths.resolve("in/deep/x"), root.filePath("in/deep/x"));
         QCOMPARE(paths.resolve("new/folders/x"), root.filePath("new/folders/x"));
-        QCOMPARE(paths.resolve("last"), root.filePath("last")); // the last component is replaced, not followed
+        QCOMPARE(paths.resolve("last"),
+                 root.filePath("last")); // the last component is replaced, not followed
         for (const auto* path : {"out/x", "out/new/x", "dangling/x"})
             QCOMPARE(paths.resolve(path), QString());
     }

@@ -23,11 +23,13 @@ private:
     {
         QFile file(path);
         QVERIFY(file.open(QIODevice::ReadWrite));
-        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime));
+        QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds),
+                                 QFileDevice::FileModificationTime));
     }
     UpdateMarker::Recovery recover()
     {
-        return UpdateMarker::recoverAfterCrash(m_cache->path(), [](const QString&) { return QString(); }, m_stop);
+        return UpdateMarker::recoverAfterCrash(
+            m_cache->path(), [](const QString&) { return QString(); }, m_stop);
     }
     QStringList markers() const
     {
@@ -47,7 +49,8 @@ private slots:
         auto first = UpdateMarker::acquire(m_cache->path(), &error);
         auto second = UpdateMarker::acquire(m_cache->path(), &error);
         QVERIFY2(first && second, qPrintable(error));
-        QCOMPARE(markers(), QStringList{QStringLiteral(".updating-%1").arg(QCoreApplication::applicationPid())});
+        QCOMPARE(markers(),
+                 QStringList{QStringLiteral(".updating-%1").arg(QCoreApplication::applicationPid())});
         QVERIFY(UpdateMarker::release(std::move(first)));
         QCOMPARE(markers().size(), 1);
         QCOMPARE(recover().markers, 0); // this process lives
@@ -99,7 +102,8 @@ private slots:
         writeSample(file(".updating-99999"), {});
         writeSample(file("ab/any name"), "content");
         const auto result = UpdateMarker::recoverAfterCrash(
-            m_cache->path(), [](const QString& name) { return name == "ab/any name" ? md5Of("content") : QString(); }, m_stop);
+            m_cache->path(),
+            [](const QString& name) { return name == "ab/any name" ? md5Of("content") : QString(); }, m_stop);
         QCOMPARE(result.removed, 0);
     }
 

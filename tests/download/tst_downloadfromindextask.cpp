@@ -16,12 +16,14 @@ private:
     {
         auto index = IndexPtr::create();
         for (int i = 0; i < files; ++i)
-            index->append(m_service->tree().addContent(QStringLiteral("app:/%1").arg(i), sampleBytes(i, bytes)));
+            index->append(
+                m_service->tree().addContent(QStringLiteral("app:/%1").arg(i), sampleBytes(i, bytes)));
         return index;
     }
     std::unique_ptr<DownloadFromIndexTask> newTask(const IndexPtr& index)
     {
-        return std::make_unique<DownloadFromIndexTask>("test task", index, m_service->baseUrl(), m_cache->path());
+        return std::make_unique<DownloadFromIndexTask>("test task", index, m_service->baseUrl(),
+                                                       m_cache->path());
     }
     /** Runs a task over the index; returns its error code. */
     int run(const IndexPtr& index)
@@ -51,13 +53,13 @@ private slots:
     {
         const auto index = publish(30, 1000);
         QCOMPARE(run(index), 0);
-        QCOMPARE(m_service->content().requests().size(), 30);
+        QCOMPARE(int(m_service->content().requests().size()), 30);
         m_service->reset();
         QCOMPARE(run(index), 0);
-        QVERIFY(m_service->content().requests().isEmpty());
+        QVERIFY(m_service->content().requests().empty());
         QFile::remove(m_cache->filePath("ResFiles/" + index->entries()[3]->cachedName));
         QCOMPARE(run(index), 0);
-        QCOMPARE(m_service->content().requests().size(), 1);
+        QCOMPARE(int(m_service->content().requests().size()), 1);
         QVERIFY(hiddenFiles().isEmpty());
     }
 
@@ -72,7 +74,7 @@ private slots:
         auto index = publish(1, 100);
         index->append(IndexEntryPtr(new IndexEntry("sym:/a", "sym:app:/b", md5Of({}), 0)));
         QCOMPARE(run(index), 0);
-        QCOMPARE(m_service->content().requests().size(), 1);
+        QCOMPARE(int(m_service->content().requests().size()), 1);
     }
 
     void skipsRowsThatPointOutside()
@@ -91,12 +93,14 @@ private slots:
         // What a cut leaves behind: names without their content, and the mark.
         writeSample(m_cache->filePath("ResFiles/.updating-99999"), {});
         for (int i = 0; i < 5; ++i)
-            writeSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName), sampleBytes(i, 3000).left(i * 512));
+            writeSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName),
+                        sampleBytes(i, 3000).left(i * 512));
         m_service->reset();
         QCOMPARE(run(index), 0);
-        QCOMPARE(m_service->content().requests().size(), 5);
+        QCOMPARE(int(m_service->content().requests().size()), 5);
         for (int i = 0; i < 20; ++i)
-            QCOMPARE(readSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName)), sampleBytes(i, 3000));
+            QCOMPARE(readSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName)),
+                     sampleBytes(i, 3000));
         QVERIFY(hiddenFiles().isEmpty());
     }
 
@@ -107,8 +111,9 @@ private slots:
         const auto task = newTask(index);
         QSignalSpy finished(task.get(), &Task::finished);
         task->go();
-        QTRY_VERIFY(!m_service->content().requests().isEmpty());
-        QCOMPARE(hiddenFiles(), QStringList{QStringLiteral(".updating-%1").arg(QCoreApplication::applicationPid())});
+        QTRY_VERIFY(!m_service->content().requests().empty());
+        QCOMPARE(hiddenFiles(),
+                 QStringList{QStringLiteral(".updating-%1").arg(QCoreApplication::applicationPid())});
         QVERIFY(finished.wait(20000));
         QVERIFY(hiddenFiles().isEmpty());
     }
@@ -120,11 +125,11 @@ private slots:
         task->go();
         task->pause();
         QVERIFY(!finished.wait(300));
-        QVERIFY(m_service->content().requests().isEmpty());
+        QVERIFY(m_service->content().requests().empty());
         task->resume();
         QVERIFY(finished.wait());
         QCOMPARE(finished.count(), 1);
-        QCOMPARE(m_service->content().requests().size(), 10);
+        QCOMPARE(int(m_service->content().requests().size()), 10);
     }
 
     // The scheduler takes any end for the end of what runs in front, so what is paused must not end.
@@ -162,8 +167,10 @@ private slots:
     void seesWhatIsThere()
     {
         const auto index = publish(4, 10);
-        writeSample(m_cache->filePath("ResFiles/" + index->entries()[0]->cachedName), "anything: presence is trusted");
-        QDir().mkpath(m_cache->filePath("ResFiles/" + index->entries()[1]->cachedName)); // a folder is no file
+        writeSample(m_cache->filePath("ResFiles/" + index->entries()[0]->cachedName),
+                    "anything: presence is trusted");
+        QDir().mkpath(
+            m_cache->filePath("ResFiles/" + index->entries()[1]->cachedName)); // a folder is no file
         index->append(IndexEntryPtr(new IndexEntry("res:/flat", "flat name", md5Of("x"), 7)));
         const auto scan = scanCache(*index, m_cache->path());
         QCOMPARE(scan.checked, 5);

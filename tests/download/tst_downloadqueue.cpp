@@ -11,7 +11,10 @@ private:
     std::unique_ptr<QTemporaryDir> m_cache;
     std::unique_ptr<DownloadQueue> m_queue;
 
-    QString localFile(const QByteArray& content) const { return m_cache->filePath("ResFiles" + SampleTree::pathOf(content)); }
+    QString localFile(const QByteArray& content) const
+    {
+        return m_cache->filePath("ResFiles" + SampleTree::pathOf(content));
+    }
     void add(const QByteArray& content) { m_queue->enqueue(m_service->tree().addContent("app:/x", content)); }
     /** Runs the queue to its end; returns its error. */
     int run()
@@ -59,7 +62,9 @@ private slots:
         for (const auto& content : contents)
             QCOMPARE(readSample(localFile(content)), content);
         QVERIFY(!progress.isEmpty());
-        QVERIFY(QRegularExpression("^\\d+ of 200 files \\([\\d.]+ [KM]?B\\)$").match(progress.last().at(1).toString()).hasMatch());
+        QVERIFY(QRegularExpression("^\\d+ of 200 files \\([\\d.]+ [KM]?B\\)$")
+                    .match(progress.last().at(1).toString())
+                    .hasMatch());
         for (const auto& report : progress)
             QVERIFY(report.at(0).toFloat() <= 1.0F);
     }
@@ -79,7 +84,7 @@ private slots:
         add("there");
         writeSample(localFile("there"), "there");
         QCOMPARE(run(), 0);
-        QVERIFY(m_service->content().requests().isEmpty());
+        QVERIFY(m_service->content().requests().empty());
     }
 
     void dealsWithFaults_data()
@@ -106,7 +111,9 @@ private slots:
         QFETCH(int, error);
         const auto content = sampleBytes(77, 100000);
         const auto path = SampleTree::pathOf(content);
-        m_service->content().faults().set(path, kind == -1 ? Fault::cut(times) : kind == -2 ? Fault::wrongBytes(times) : Fault::answerWith(kind, times));
+        m_service->content().faults().set(path, kind == -1   ? Fault::cut(times)
+                                                : kind == -2 ? Fault::wrongBytes(times)
+                                                             : Fault::answerWith(kind, times));
         add(content);
         QCOMPARE(run(), error);
         QTEST(m_service->requestsFor(path), "requests");
@@ -153,13 +160,14 @@ private slots:
         }
         m_queue->setStallTimeout(200);
         QCOMPARE(run(), 0);
-        QCOMPARE(m_service->content().requests().size(), 12);
+        QCOMPARE(int(m_service->content().requests().size()), 12);
     }
 
     void pausesAndResumes()
     {
         for (int i = 0; i < 40; ++i)
             add(sampleBytes(i, 30000));
+        m_service->content().faults().set("*", Fault::slow(300000));
         QSignalSpy finished(m_queue.get(), &DownloadQueue::finished);
         m_queue->startDownload();
         QTRY_VERIFY(m_service->content().requests().size() >= 3);
@@ -187,7 +195,7 @@ private slots:
         QFile::link(outside.path(), m_cache->filePath("ResFiles/out"));
         m_queue->enqueue(IndexEntryPtr(new IndexEntry("app:/x", cachedName, md5Of("x"), 1)));
         QCOMPARE(run(), 2);
-        QVERIFY(m_service->content().requests().isEmpty());
+        QVERIFY(m_service->content().requests().empty());
         QVERIFY(QDir(outside.path()).isEmpty());
     }
 
@@ -196,7 +204,7 @@ private slots:
         writeSample(m_cache->filePath("ResFiles"), "in the way");
         add("content");
         QCOMPARE(run(), 3);
-        QVERIFY(m_service->content().requests().isEmpty());
+        QVERIFY(m_service->content().requests().empty());
     }
 };
 

@@ -34,11 +34,15 @@ private:
         staged.remove("start.ini");
         return staged == client;
     }
-    /** The launcher's cache on a file system of its own, for as long as it runs; afterwards only listing.txt is left. */
+    /** The launcher's cache on a file system of its own, for as long as it runs; afterwards only listing.txt
+     * is left. */
     static void mountCache(LauncherProcess* launcher, const QString& mount)
     {
         QDir().mkpath(launcher->cache());
-        const auto script = mount + QStringLiteral(" && shift && \"$@\"; code=$?; find \"$0\" -type f -printf '%s %f\\n' > ") + launcher->home() + "/listing.txt; exit $code";
+        const auto script =
+            mount +
+            QStringLiteral(" && shift && \"$@\"; code=$?; find \"$0\" -type f -printf '%s %f\\n' > ") +
+            launcher->home() + "/listing.txt; exit $code";
         launcher->startThrough({"unshare", "-rm", "sh", "-c", script, launcher->cache(), "--"});
     }
     static bool canMount()
@@ -57,7 +61,7 @@ private slots:
         for (const int requests : {5, 100, 300, 500}) {
             m_service->reset();
             launcher.start({"-d", "-k", "-e"});
-            QTRY_VERIFY_WITH_TIMEOUT(m_service->content().requests().size() > requests, 60000);
+            QTRY_VERIFY_WITH_TIMEOUT(int(m_service->content().requests().size()) > requests, 60000);
             launcher.process().kill();
             QVERIFY(launcher.process().waitForFinished());
             QVERIFY(!isInstalled(launcher, client));
@@ -66,7 +70,9 @@ private slots:
         QCOMPARE(launcher.refreshOnce(), 0);
         QVERIFY(isInstalled(launcher, client));
         QCOMPARE(badCacheFile(launcher.cache()), QString());
-        QVERIFY(QDir(launcher.cache() + "/ResFiles").entryList({".updating*"}, QDir::Files | QDir::Hidden).isEmpty());
+        QVERIFY(QDir(launcher.cache() + "/ResFiles")
+                    .entryList({".updating*"}, QDir::Files | QDir::Hidden)
+                    .isEmpty());
     }
 
     void repairsAfterAPowerCut()
@@ -86,7 +92,7 @@ private slots:
         QCOMPARE(launcher.refreshOnce(), 0);
         QCOMPARE(badCacheFile(launcher.cache()), QString());
         QVERIFY(isInstalled(launcher, client));
-        QCOMPARE(m_service->content().requests().size(), 2 + 100);
+        QCOMPARE(int(m_service->content().requests().size()), 2 + 100);
     }
 
     void sharesACacheWithAnotherLauncher()
@@ -114,13 +120,15 @@ private slots:
         LauncherProcess launcher(m_service->backend());
         mountCache(&launcher, "mount -t tmpfs -o size=3m none \"$0\"");
         QCOMPARE(launcher.refreshOnce(), 0);
-        QVERIFY2(launcher.log().contains("Update failed for Kestrel with error: 3"), qPrintable(launcher.log().right(3000)));
+        QVERIFY2(launcher.log().contains("Update failed for Kestrel with error: 3"),
+                 qPrintable(launcher.log().right(3000)));
         const auto listing = QString::fromUtf8(readSample(launcher.home() + "/listing.txt")).split('\n');
         int whole = 0;
         for (const auto& line : listing) {
             if (!QRegularExpression("_[0-9a-f]{32}$").match(line).hasMatch())
                 continue;
-            QVERIFY2(line.startsWith("100000 ") || line.startsWith("17 ") || line.startsWith("18 "), qPrintable(line));
+            QVERIFY2(line.startsWith("100000 ") || line.startsWith("17 ") || line.startsWith("18 "),
+                     qPrintable(line));
             ++whole;
         }
         QVERIFY(whole > 5);
@@ -137,7 +145,8 @@ private slots:
         publishMany("101", 5, 1000, 500);
         mountCache(&launcher, "mount --bind \"$0\" \"$0\" && mount -o remount,bind,ro \"$0\"");
         QCOMPARE(launcher.refreshOnce(), 0);
-        QVERIFY2(launcher.log().contains("Update failed for Kestrel with error: 3"), qPrintable(launcher.log().right(3000)));
+        QVERIFY2(launcher.log().contains("Update failed for Kestrel with error: 3"),
+                 qPrintable(launcher.log().right(3000)));
         QCOMPARE(readFolder(launcher.cache()), before);
     }
 
@@ -161,7 +170,8 @@ private slots:
         m_service->content().faults().set(path, status < 0 ? Fault::wrongBytes() : Fault::answerWith(status));
         LauncherProcess launcher(m_service->backend());
         QCOMPARE(launcher.refreshOnce(), 0);
-        QVERIFY(launcher.log().contains(QStringLiteral("Update failed for Kestrel with error: %1").arg(code)));
+        QVERIFY(
+            launcher.log().contains(QStringLiteral("Update failed for Kestrel with error: %1").arg(code)));
         QCOMPARE(badCacheFile(launcher.cache()), QString());
         m_service->reset();
         QCOMPARE(launcher.refreshOnce(), 0);

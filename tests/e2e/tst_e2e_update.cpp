@@ -12,7 +12,8 @@ private:
 
     void publish(const QString& build, const SampleFiles& client)
     {
-        m_service->tree().publish("ks", build, client, {{"first/a", "prefetched " + build.toUtf8()}, {"later/b", "not at first"}});
+        m_service->tree().publish("ks", build, client,
+                                  {{"first/a", "prefetched " + build.toUtf8()}, {"later/b", "not at first"}});
     }
     QStringList requestedPaths()
     {
@@ -29,7 +30,10 @@ private slots:
 
     void keepsAGameUpToDate()
     {
-        const SampleFiles first{{"bin/exefile.exe", sampleBytes(1, 300000)}, {"data/a.dat", sampleBytes(2, 70000)}, {"data/b c.dat", sampleBytes(3, 1)}, {"empty", {}}};
+        const SampleFiles first{{"bin/exefile.exe", sampleBytes(1, 300000)},
+                                {"data/a.dat", sampleBytes(2, 70000)},
+                                {"data/b c.dat", sampleBytes(3, 1)},
+                                {"empty", {}}};
         publish("100", first);
         LauncherProcess launcher(m_service->backend());
 
@@ -62,7 +66,8 @@ private slots:
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf("changed")), 1);
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf(first["bin/exefile.exe"])), 0);
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf("prefetched 101")), 1);
-        QCOMPARE(requestedPaths().size(), 2 + 5); // version, index; changed file, start.ini, both resource indexes, resource
+        QCOMPARE(requestedPaths().size(),
+                 2 + 5); // version, index; changed file, start.ini, both resource indexes, resource
 
         // A deleted staging folder is rebuilt without a download of cached content.
         QDir(launcher.stagingFolder("ks")).removeRecursively();
@@ -85,10 +90,13 @@ private slots:
     {
         m_service->tree().publish("ks", "100", {{"lib/real.so", "code"}});
         const auto index = m_service->tree().path() + "/velkor_100.txt";
-        writeSample(index, readSample(index) + "sym:/lib/link.so,sym:app:/lib/real.so,d41d8cd98f00b204e9800998ecf8427e,0,0,41471\n");
+        writeSample(index,
+                    readSample(index) +
+                        "sym:/lib/link.so,sym:app:/lib/real.so,d41d8cd98f00b204e9800998ecf8427e,0,0,41471\n");
         LauncherProcess launcher(m_service->backend());
         QCOMPARE(launcher.refreshOnce(), 0);
-        QCOMPARE(QFile::symLinkTarget(launcher.stagingFolder("ks") + "/lib/link.so"), launcher.stagingFolder("ks") + "/lib/real.so");
+        QCOMPARE(QFile::symLinkTarget(launcher.stagingFolder("ks") + "/lib/link.so"),
+                 launcher.stagingFolder("ks") + "/lib/real.so");
     }
 
     void endsWithZeroEvenWhenServersFail()
@@ -116,7 +124,8 @@ private slots:
         QTest::addColumn<QStringList>("arguments");
         QTest::addColumn<QByteArray>("deployment");
         QTest::addColumn<QString>("complaint");
-        QTest::newRow("unknown option") << QStringList{"--nonsense"} << QByteArray() << "Unknown option 'nonsense'";
+        QTest::newRow("unknown option")
+            << QStringList{"--nonsense"} << QByteArray() << "Unknown option 'nonsense'";
         QTest::newRow("missing value") << QStringList{"--client-args"} << QByteArray() << "Missing value";
         QTest::newRow("bad deployment") << QStringList() << QByteArray("{}") << "Invalid deployment file";
         QTest::newRow("no certificates") << QStringList() << QByteArray() << "No certificate could be read";

@@ -33,14 +33,17 @@ private slots:
     {
         VirtualDisplay display;
         QVERIFY(!display.name().isEmpty());
-        display.run({"trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request", "--height", "32"});
+        display.run(
+            {"trayer", "--edge", "bottom", "--align", "left", "--widthtype", "request", "--height", "32"});
         const auto launcher = newLauncher(display);
         launcher->set("LauncherShouldMinimizeToTray", true);
         launcher->start({"-d", "-k"});
         QVERIFY(display.waitForWindow(m_title));
         QVERIFY(launcher->waitForLog("Scheduling refresh after 15 minutes"));
         // The icon docks a moment after the tray has come up.
-        const auto panel = display.xdotool({"search", "--onlyvisible", "--class", "trayer"}).section('\n', 0, 0).toLongLong();
+        const auto panel = display.xdotool({"search", "--onlyvisible", "--class", "trayer"})
+                               .section('\n', 0, 0)
+                               .toLongLong();
         QVERIFY(panel != 0);
         QTRY_VERIFY_WITH_TIMEOUT(display.geometryOf(panel).width() >= 24, 20000);
 

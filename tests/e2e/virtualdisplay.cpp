@@ -15,8 +15,10 @@ static void end(QProcess* process)
 
 VirtualDisplay::VirtualDisplay()
 {
-    m_server.start(QStringLiteral("Xvfb"), {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                                            QStringLiteral("0"), QStringLiteral("1400x800x24"), QStringLiteral("-nolisten"), QStringLiteral("tcp")});
+    m_server.start(QStringLiteral("Xvfb"),
+                   {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
+                    QStringLiteral("0"), QStringLiteral("1400x800x24"), QStringLiteral("-nolisten"),
+                    QStringLiteral("tcp")});
     while (!m_server.canReadLine() && m_server.waitForReadyRead(20000)) {
     }
     const auto number = QString::fromLatin1(m_server.readLine()).trimmed();
@@ -60,27 +62,36 @@ static QString pattern(const QString& title) { return QLatin1Char('^') + QRegula
 
 bool VirtualDisplay::isVisible(const QString& title) const
 {
-    return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), pattern(title)}).isEmpty();
+    return !xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"),
+                     pattern(title)})
+                .isEmpty();
 }
 
 qint64 VirtualDisplay::waitForWindow(const QString& title) const
 {
     if (!QTest::qWaitFor([&] { return isVisible(title); }, 60000))
         return 0;
-    const auto windows = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"), QStringLiteral("--name"), pattern(title)});
+    const auto windows = xdotool({QStringLiteral("search"), QStringLiteral("--onlyvisible"),
+                                  QStringLiteral("--name"), pattern(title)});
     return windows.section(QLatin1Char('\n'), -1).toLongLong();
 }
 
 QRect VirtualDisplay::geometryOf(qint64 window) const
 {
-    const auto lines = xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::number(window)});
+    const auto lines =
+        xdotool({QStringLiteral("getwindowgeometry"), QStringLiteral("--shell"), QString::number(window)});
     const auto value = [&](const QString& name) {
-        return QRegularExpression(QStringLiteral("\\b%1=(-?\\d+)").arg(name)).match(lines).captured(1).toInt();
+        return QRegularExpression(QStringLiteral("\\b%1=(-?\\d+)").arg(name))
+            .match(lines)
+            .captured(1)
+            .toInt();
     };
-    return {value(QStringLiteral("X")), value(QStringLiteral("Y")), value(QStringLiteral("WIDTH")), value(QStringLiteral("HEIGHT"))};
+    return {value(QStringLiteral("X")), value(QStringLiteral("Y")), value(QStringLiteral("WIDTH")),
+            value(QStringLiteral("HEIGHT"))};
 }
 
 void VirtualDisplay::click(const QPoint& position) const
 {
-    xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()), QStringLiteral("click"), QStringLiteral("1")});
+    xdotool({QStringLiteral("mousemove"), QString::number(position.x()), QString::number(position.y()),
+             QStringLiteral("click"), QStringLiteral("1")});
 }

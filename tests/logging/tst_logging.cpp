@@ -28,7 +28,8 @@ public:
     {
         lines.append({typeName, category, message, repeatCount});
     }
-    void log(const QString& message, int type = QtDebugMsg, const QString& category = QStringLiteral("default"))
+    void log(const QString& message, int type = QtDebugMsg,
+             const QString& category = QStringLiteral("default"))
     {
         onLog(QDateTime::currentDateTime(), type, category, message);
     }
@@ -94,7 +95,8 @@ private slots:
         QStringList seen;
         for (const auto& line : qAsConst(m_sink.lines))
             seen << line.category + "/" + line.type + "/" + line.message;
-        QCOMPARE(seen, (QStringList{"default/debug/d", "default/info/i", "default/warning/w", "special/error/c"}));
+        QCOMPARE(seen,
+                 (QStringList{"default/debug/d", "default/info/i", "default/warning/w", "special/error/c"}));
         QCOMPARE(loggingGetTypeStringFromType(QtFatalMsg), QStringLiteral("fatal"));
         QCOMPARE(loggingGetTypeStringFromType(9), QString());
     }
@@ -161,7 +163,8 @@ private slots:
         qputenv("API_KEY_ENABLED", "1");
         Redactor redactor;
         redactor.addSecretsOfEnvironment();
-        QCOMPARE(redactor.redact("a from-the-environment nothing-special 1"), QStringLiteral("a [redacted] nothing-special 1"));
+        QCOMPARE(redactor.redact("a from-the-environment nothing-special 1"),
+                 QStringLiteral("a [redacted] nothing-special 1"));
     }
 
     void redactsLongSecretsBeforeTheirParts()
@@ -183,11 +186,15 @@ private slots:
         logger.outputMessage(time, "error", "wine", "again", 4);
         const auto names = QDir(logs).entryList({"launcherlog-*.txt"}, QDir::Files);
         QCOMPARE(names.size(), 1);
-        QVERIFY(QRegularExpression("^launcherlog-\\d{4}\\.\\d\\d\\.\\d\\d-\\d\\d\\.\\d\\d\\.\\d\\d\\.\\d{3}\\.txt$").match(names.first()).hasMatch());
+        QVERIFY(QRegularExpression(
+                    "^launcherlog-\\d{4}\\.\\d\\d\\.\\d\\d-\\d\\d\\.\\d\\d\\.\\d\\d\\.\\d{3}\\.txt$")
+                    .match(names.first())
+                    .hasMatch());
         QCOMPARE(QString::fromUtf8(readSample(logs + "/" + names.first())),
                  QStringLiteral("2024-03-05T14:07:09.042Z\tdefault\tdebug\tGröße\n"
                                 "2024-03-05T14:07:09.042Z\twine\terror\tagain (Repeated 4 times)\n"));
-        QCOMPARE(QFileInfo(logs + "/" + names.first()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+        QCOMPARE(QFileInfo(logs + "/" + names.first()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+                 QFile::Permissions());
     }
 
     void keepsTheNewestFourOldLogs()
@@ -199,13 +206,15 @@ private slots:
             QFile file(path);
             QVERIFY(file.open(QIODevice::ReadWrite));
             // The names run against the ages: age decides.
-            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-1000 * (i + 1)), QFileDevice::FileModificationTime));
+            QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-1000 * (i + 1)),
+                                     QFileDevice::FileModificationTime));
         }
         writeSample(folder.filePath("other.txt"), "kept");
         FileLogger logger;
         QVERIFY(logger.initialize(folder.path()));
         QStringList old = QDir(folder.path()).entryList({"launcherlog-?.txt"}, QDir::Files, QDir::Name);
-        QCOMPARE(old, (QStringList{"launcherlog-0.txt", "launcherlog-1.txt", "launcherlog-2.txt", "launcherlog-3.txt"}));
+        QCOMPARE(old, (QStringList{"launcherlog-0.txt", "launcherlog-1.txt", "launcherlog-2.txt",
+                                   "launcherlog-3.txt"}));
         QVERIFY(QFile::exists(folder.filePath("other.txt")));
     }
 

@@ -18,7 +18,10 @@ private:
     }
     static QString row(const QString& name, const QByteArray& bytes, int mode)
     {
-        return QStringLiteral("%1,%2,%3,%4,%4,%5").arg(name, SampleTree::pathOf(bytes).mid(1), md5Of(bytes)).arg(bytes.size()).arg(mode);
+        return QStringLiteral("%1,%2,%3,%4,%4,%5")
+            .arg(name, SampleTree::pathOf(bytes).mid(1), md5Of(bytes))
+            .arg(bytes.size())
+            .arg(mode);
     }
     static BuildOptions options(const QTemporaryDir& folder)
     {
@@ -35,18 +38,24 @@ private slots:
     void publishesABuild()
     {
         SampleTree tree;
-        tree.publish("pl", "1000", {{"bin/exefile.exe", "program"}, {"data.txt", "text"}, {"copy.txt", "text"}},
+        tree.publish("pl", "1000",
+                     {{"bin/exefile.exe", "program"}, {"data.txt", "text"}, {"copy.txt", "text"}},
                      {{"first/a", "now"}, {"later/b", "afterwards"}});
         const QByteArray ini = "[main]\nbuild=1000\n";
-        const auto resourceIndex = readSample(tree.path() + SampleTree::pathOf((row("res:/first/a", "now", 33188) + "\n" + row("res:/later/b", "afterwards", 33188) + "\n").toUtf8()));
+        const auto resourceIndex =
+            readSample(tree.path() + SampleTree::pathOf((row("res:/first/a", "now", 33188) + "\n" +
+                                                         row("res:/later/b", "afterwards", 33188) + "\n")
+                                                            .toUtf8()));
         QVERIFY(!resourceIndex.isEmpty());
         const auto prefetch = (row("res:/first/a", "now", 33188) + "\n").toUtf8();
-        QCOMPARE(rows(tree.path() + "/velkor_1000.txt"),
-                 (QStringList{row("app:/bin/exefile.exe", "program", 33261), row("app:/copy.txt", "text", 33188),
-                              row("app:/data.txt", "text", 33188), row("app:/start.ini", ini, 33188),
-                              row("app:/resfileindex.txt", resourceIndex, 33188),
-                              row("app:/resfileindex_prefetch.txt", prefetch, 33188)}));
-        const auto announced = QJsonDocument::fromJson(readSample(tree.path() + "/velkorclient_PL.json")).object();
+        QCOMPARE(
+            rows(tree.path() + "/velkor_1000.txt"),
+            (QStringList{row("app:/bin/exefile.exe", "program", 33261), row("app:/copy.txt", "text", 33188),
+                         row("app:/data.txt", "text", 33188), row("app:/start.ini", ini, 33188),
+                         row("app:/resfileindex.txt", resourceIndex, 33188),
+                         row("app:/resfileindex_prefetch.txt", prefetch, 33188)}));
+        const auto announced =
+            QJsonDocument::fromJson(readSample(tree.path() + "/velkorclient_PL.json")).object();
         QCOMPARE(announced, (QJsonObject{{"build", "1000"}, {"protected", false}}));
         QCOMPARE(readFolder(tree.path()).size(), 2 + 7); // the same text is one file
         QVERIFY(TreeVerifier(tree.path()).verify().isEmpty());
@@ -58,7 +67,8 @@ private slots:
         tree.publish("ks", "7", {{"start.ini", "[other]\nbuild=5\n[main]\n build = 3\ncodename=x\n"}});
         const auto index = parseIndex(readSample(tree.path() + "/velkor_7.txt"), "test");
         const QTemporaryDir folder;
-        writeSample(folder.filePath("start.ini"), readSample(tree.path() + "/" + index->getCachedName("app:/start.ini")));
+        writeSample(folder.filePath("start.ini"),
+                    readSample(tree.path() + "/" + index->getCachedName("app:/start.ini")));
         const QSettings ini(folder.filePath("start.ini"), QSettings::IniFormat);
         QCOMPARE(ini.value("main/build").toString(), QStringLiteral("7"));
         QCOMPARE(ini.value("main/codename").toString(), QStringLiteral("x"));
@@ -82,7 +92,9 @@ private slots:
         QFile::link("real.so", build.from + "/lib/link.so");
         QString error;
         QVERIFY2(BuildPublisher(build).publish(&error), qPrintable(error));
-        QVERIFY(rows(build.tree + "/velkor_1.txt").contains(QStringLiteral("sym:/lib/link.so,sym:app:/lib/real.so,%1,0,0,41471").arg(md5Of({}))));
+        QVERIFY(rows(build.tree + "/velkor_1.txt")
+                    .contains(
+                        QStringLiteral("sym:/lib/link.so,sym:app:/lib/real.so,%1,0,0,41471").arg(md5Of({}))));
     }
 
     void refuses_data()
@@ -91,12 +103,18 @@ private slots:
         QTest::addColumn<QString>("linkTarget");
         QTest::addColumn<QStringList>("prefetch");
         QTest::addColumn<QString>("complaint");
-        QTest::newRow("comma") << "a,b" << "" << QStringList() << "cannot hold this name";
-        QTest::newRow("feed") << "a\nb" << "" << QStringList() << "cannot hold this name";
-        QTest::newRow("backslash") << "a\\b" << "" << QStringList() << "cannot hold this name";
-        QTest::newRow("link out") << "l" << "../outside" << QStringList() << "leads out of the folder";
-        QTest::newRow("absolute link") << "l" << "/etc/passwd" << QStringList() << "leads out of the folder";
-        QTest::newRow("glob without resources") << "a" << "" << QStringList{"x"} << "needs --resources";
+        QTest::newRow("comma") << "a,b"
+                               << "" << QStringList() << "cannot hold this name";
+        QTest::newRow("feed") << "a\nb"
+                              << "" << QStringList() << "cannot hold this name";
+        QTest::newRow("backslash") << "a\\b"
+                                   << "" << QStringList() << "cannot hold this name";
+        QTest::newRow("link out") << "l"
+                                  << "../outside" << QStringList() << "leads out of the folder";
+        QTest::newRow("absolute link") << "l"
+                                       << "/etc/passwd" << QStringList() << "leads out of the folder";
+        QTest::newRow("glob without resources") << "a"
+                                                << "" << QStringList{"x"} << "needs --resources";
     }
     void refuses()
     {
@@ -120,7 +138,8 @@ private slots:
     void namesWhatIsWrongWithATree()
     {
         SampleTree tree;
-        tree.publish("ks", "1", {{"gone", "gone"}, {"short", "shortened"}, {"bad", "bytes"}, {"good", "good"}});
+        tree.publish("ks", "1",
+                     {{"gone", "gone"}, {"short", "shortened"}, {"bad", "bytes"}, {"good", "good"}});
         tree.publish("pl", "2", {{"x", "y"}});
         QFile::remove(tree.path() + SampleTree::pathOf("gone"));
         writeSample(tree.path() + SampleTree::pathOf("shortened"), "short");
@@ -130,8 +149,9 @@ private slots:
         const auto problems = TreeVerifier(tree.path()).verify();
         QCOMPARE(problems.size(), 5);
         const auto all = problems.join('\n');
-        for (const auto* part : {"(app:/gone) is missing", "(app:/short) has the wrong size", "(app:/bad) has the wrong content",
-                                 "velkorclient_PL.json needs velkor_2.txt", "velkorclient_OSPREY.json names no build"})
+        for (const auto* part :
+             {"(app:/gone) is missing", "(app:/short) has the wrong size", "(app:/bad) has the wrong content",
+              "velkorclient_PL.json needs velkor_2.txt", "velkorclient_OSPREY.json names no build"})
             QVERIFY2(all.contains(part), part);
         QCOMPARE(TreeVerifier(tree.path() + "/nothing").verify().size(), 1);
     }

@@ -1,7 +1,7 @@
+#include "logging/messagehandler.h"
 #include "servers/clientcommand.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
-#include "logging/messagehandler.h"
 #include "settings/settings.h"
 #include "tests/testkit/sample.h"
 #include "tests/testkit/testmain.h"
@@ -55,14 +55,16 @@ private slots:
         settings()->setResManThreadCount(Settings::Threads8);
         setClientArgs("  /one   /two ");
         QCOMPARE(buildClientArguments({"kestrel", "tok", "my profile", true}, *settings()),
-                 (QStringList{"/noconsole", "/server:kestrel", "/gfxPlatform=dx9", "/ssoToken=tok", "/settingsprofile=my profile",
-                              "/steamUser", "/resManThreadCount=8", "/one", "/two"}));
+                 (QStringList{"/noconsole", "/server:kestrel", "/gfxPlatform=dx9", "/ssoToken=tok",
+                              "/settingsprofile=my profile", "/steamUser", "/resManThreadCount=8", "/one",
+                              "/two"}));
     }
 
     void leavesEmptyArgumentsOut()
     {
         settings()->setRunClientsWithDx9(false);
-        QCOMPARE(buildClientArguments({"kestrel", {}, {}, false}, *settings()), (QStringList{"/noconsole", "/server:kestrel"}));
+        QCOMPARE(buildClientArguments({"kestrel", {}, {}, false}, *settings()),
+                 (QStringList{"/noconsole", "/server:kestrel"}));
     }
 
     void choosesWine()
@@ -87,8 +89,9 @@ private slots:
         QString program;
         QStringList arguments{"/noconsole"};
         server.prepareForStartingProcess(folder, arguments, program);
-        QCOMPARE(arguments, (QStringList{m_cache.path() + "/wineenv/drive_c/ks/bin64/exefile.exe", "/noconsole",
-                                         "/remotefilecachefolder=Z:" + m_cache.path() + "/ResFiles"}));
+        QCOMPARE(arguments,
+                 (QStringList{m_cache.path() + "/wineenv/drive_c/ks/bin64/exefile.exe", "/noconsole",
+                              "/remotefilecachefolder=Z:" + m_cache.path() + "/ResFiles"}));
         QVERIFY(folder.isEmpty());
     }
 
@@ -121,7 +124,8 @@ private slots:
         QTest::newRow("good") << QByteArray("exit 0") << 0 << false;
         QTest::newRow("error") << QByteArray("exit 7") << 7 << false;
         QTest::newRow("crash") << QByteArray("kill -SEGV $$") << int(SIGSEGV) << true;
-        QTest::newRow("crash inside Wine") << QByteArray("echo 'wine: Unhandled page fault on write access' >&2; exit 5") << 5 << true;
+        QTest::newRow("crash inside Wine")
+            << QByteArray("echo 'wine: Unhandled page fault on write access' >&2; exit 5") << 5 << true;
     }
     void followsAClient()
     {
@@ -157,15 +161,20 @@ private slots:
         installLogMessageHandler({});
         ServerManager server("ks", {});
         QSignalSpy started(&server, &ServerManager::processStarted);
-        server.startProcess(script("echo hello\necho 'err:seh broken' >&2\necho 'fixme:x todo' >&2\necho 'warn:y careful' >&2\necho 'other' >&2\n"), {}, {}, {});
+        server.startProcess(script("echo hello\necho 'err:seh broken' >&2\necho 'fixme:x todo' >&2\necho "
+                                   "'warn:y careful' >&2\necho 'other' >&2\n"),
+                            {}, {}, {});
         auto* process = started.first().at(1).value<AttachedProcess*>();
         QSignalSpy finished(process, &AttachedProcess::finished);
         QVERIFY(finished.wait());
         qInstallMessageHandler(nullptr);
         QStringList lines;
         for (const auto& record : getLastLogMessages(20))
-            lines << QStringLiteral("%1/%2/%3").arg(record.category, loggingGetTypeStringFromType(record.type), record.message);
-        for (const auto* line : {"default/debug/hello", "wine/error/err:seh broken", "wine/debug/fixme:x todo", "wine/warning/warn:y careful", "default/debug/other"})
+            lines << QStringLiteral("%1/%2/%3")
+                         .arg(record.category, loggingGetTypeStringFromType(record.type), record.message);
+        for (const auto* line :
+             {"default/debug/hello", "wine/error/err:seh broken", "wine/debug/fixme:x todo",
+              "wine/warning/warn:y careful", "default/debug/other"})
             QVERIFY2(lines.contains(line), line);
         delete process;
     }

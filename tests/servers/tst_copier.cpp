@@ -31,7 +31,8 @@ private:
     }
     std::unique_ptr<Copier> newCopier()
     {
-        return std::make_unique<Copier>(m_index, cache(), m_folder->filePath("staging"), [this] { return m_clientsRunning; });
+        return std::make_unique<Copier>(m_index, cache(), m_folder->filePath("staging"),
+                                        [this] { return m_clientsRunning; });
     }
     int copy() { return newCopier()->copyFiles(); }
     int runAsTask(QStringList* texts = nullptr)
@@ -51,7 +52,9 @@ private:
     static qint64 changeTime(const QString& path)
     {
         struct stat status;
-        return ::stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_ctim.tv_sec * 1000000000 + status.st_ctim.tv_nsec : 0;
+        return ::stat(QFile::encodeName(path).constData(), &status) == 0
+                   ? status.st_ctim.tv_sec * 1000000000 + status.st_ctim.tv_nsec
+                   : 0;
     }
 
 private slots:
@@ -70,7 +73,10 @@ private slots:
         add("res:/not/for/staging", "resource");
         addLink("/links/run", "/bin/run.exe");
         QCOMPARE(copy(), 0);
-        QCOMPARE(readFolder(m_folder->filePath("staging")), (SampleFiles{{"bin/run.exe", "program"}, {"read me.txt", "text"}, {"default", "no mode"}, {"links/run", "program"}}));
+        QCOMPARE(readFolder(m_folder->filePath("staging")), (SampleFiles{{"bin/run.exe", "program"},
+                                                                         {"read me.txt", "text"},
+                                                                         {"default", "no mode"},
+                                                                         {"links/run", "program"}}));
         QVERIFY(QFileInfo(staged("bin/run.exe")).isExecutable());
         QVERIFY(!QFileInfo(staged("read me.txt")).permission(QFile::ExeOwner));
         QCOMPARE(QFile::symLinkTarget(staged("links/run")), staged("bin/run.exe"));
@@ -142,12 +148,18 @@ private slots:
     {
         QTest::addColumn<QString>("name");
         QTest::addColumn<QString>("cachedName");
-        QTest::newRow("parent") << "app:/../escaped" << "ab/x";
-        QTest::newRow("through a link") << "app:/out/escaped" << "ab/x";
-        QTest::newRow("source outside") << "app:/stolen" << "../../secret";
-        QTest::newRow("link outside") << "sym:/../escaped" << "sym:app:/good";
-        QTest::newRow("link to outside") << "sym:/link" << "sym:app:/../escaped";
-        QTest::newRow("link through a link") << "sym:/link" << "sym:app:/out/escaped";
+        QTest::newRow("parent") << "app:/../escaped"
+                                << "ab/x";
+        QTest::newRow("through a link") << "app:/out/escaped"
+                                        << "ab/x";
+        QTest::newRow("source outside") << "app:/stolen"
+                                        << "../../secret";
+        QTest::newRow("link outside") << "sym:/../escaped"
+                                      << "sym:app:/good";
+        QTest::newRow("link to outside") << "sym:/link"
+                                         << "sym:app:/../escaped";
+        QTest::newRow("link through a link") << "sym:/link"
+                                             << "sym:app:/out/escaped";
     }
     void stopsAtItsFolder()
     {

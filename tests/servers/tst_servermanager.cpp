@@ -21,19 +21,25 @@ private:
 
     void newServer()
     {
-        m_server = std::make_unique<ServerManager>("ks", QJsonObject{{"displayName", "Kestrel"}, {"server", "kestrel"}});
+        m_server = std::make_unique<ServerManager>(
+            "ks", QJsonObject{{"displayName", "Kestrel"}, {"server", "kestrel"}});
         Settings::instance()->registerServer("ks", m_server.get());
         m_server->setActive(true);
         auto* s = m_server.get();
         connect(s, &ServerManager::startUpdate, this, [this] { m_signals << "start"; });
         connect(s, &ServerManager::endUpdate, this, [this] { m_signals << "end"; });
         connect(s, &ServerManager::ready, this, [this] { m_signals << "ready"; });
-        connect(s, &ServerManager::versionUpdate, this, [this](ServerManager*, const QString& build) { m_signals << "version " + build; });
-        connect(s, &ServerManager::failedUpdate, this, [this](ServerManager*, int code, const QString& message) { m_signals << QStringLiteral("failed %1 %2").arg(code).arg(message); });
-        connect(s, &ServerManager::progressUpdate, this, [this](ServerManager*, float fraction, const QString& text) {
-            m_progress << fraction;
-            m_texts << text;
-        });
+        connect(s, &ServerManager::versionUpdate, this,
+                [this](ServerManager*, const QString& build) { m_signals << "version " + build; });
+        connect(s, &ServerManager::failedUpdate, this,
+                [this](ServerManager*, int code, const QString& message) {
+                    m_signals << QStringLiteral("failed %1 %2").arg(code).arg(message);
+                });
+        connect(s, &ServerManager::progressUpdate, this,
+                [this](ServerManager*, float fraction, const QString& text) {
+                    m_progress << fraction;
+                    m_texts << text;
+                });
     }
     QStringList refresh()
     {
@@ -44,11 +50,16 @@ private:
         const bool ended = QTest::qWaitFor([this] { return !m_server->isUpdating(); }, 30000);
         return ended ? m_signals : QStringList{"it never ends"};
     }
-    void publish(const QString& build, const SampleFiles& client = {{"bin/exefile.exe", "program"}}, bool isProtected = false)
+    void publish(const QString& build, const SampleFiles& client = {{"bin/exefile.exe", "program"}},
+                 bool isProtected = false)
     {
-        m_service->tree().publish("ks", build, client, {{"first/a", "first " + build.toUtf8()}, {"later/b", "later"}}, isProtected);
+        m_service->tree().publish(
+            "ks", build, client, {{"first/a", "first " + build.toUtf8()}, {"later/b", "later"}}, isProtected);
     }
-    void announce(const QByteArray& document) { writeSample(m_service->tree().path() + "/velkorclient_KS.json", document); }
+    void announce(const QByteArray& document)
+    {
+        writeSample(m_service->tree().path() + "/velkorclient_KS.json", document);
+    }
     QString staged(const QString& name) const { return m_server->getStagingFolder() + "/" + name; }
 
 private slots:
@@ -79,11 +90,13 @@ private slots:
         QVERIFY(m_server->isReady());
         QCOMPARE(readSample(staged("bin/exefile.exe")), QByteArray("program"));
         QCOMPARE(m_server->getStagingFolderBuild(), QStringLiteral("100"));
-        QCOMPARE(Settings::instance()->store().value("LauncherLastDownloaded/ks").toString(), QStringLiteral("100"));
+        QCOMPARE(Settings::instance()->store().value("LauncherLastDownloaded/ks").toString(),
+                 QStringLiteral("100"));
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf("first 100")), 1);
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf("later")), 0);
         QCOMPARE(m_server->getCurrentIndex()->getName(), QStringLiteral("velkor_100.txt"));
-        QCOMPARE(m_server->getCurrentPrefetchIndex()->getName(), QStringLiteral("resfileindex_prefetch_100.txt"));
+        QCOMPARE(m_server->getCurrentPrefetchIndex()->getName(),
+                 QStringLiteral("resfileindex_prefetch_100.txt"));
         QVERIFY(QFile::exists(m_cache->filePath("index_ks.txt")));
         QCOMPARE(m_progress.last(), 1.0F);
         QCOMPARE(m_texts.last(), QStringLiteral("Ready"));
@@ -106,7 +119,7 @@ private slots:
         QCOMPARE(m_server->getIndex()->entries().size(), 4);
         QCOMPARE(refresh(), (QStringList{"version 100", "ready", "end"}));
         QCOMPARE(refresh(), (QStringList{"version 100", "ready", "end"}));
-        QCOMPARE(m_service->content().requests().size(), 4);
+        QCOMPARE(int(m_service->content().requests().size()), 4);
     }
 
     void reinstallsADeletedStagingFolderFromTheCache()
@@ -116,7 +129,7 @@ private slots:
         QDir(m_server->getStagingFolder()).removeRecursively();
         m_service->reset();
         QCOMPARE(refresh(), (QStringList{"version 100", "start", "end", "ready"}));
-        QCOMPARE(m_service->content().requests().size(), 2); // version and index
+        QCOMPARE(int(m_service->content().requests().size()), 2); // version and index
         QVERIFY(QFile::exists(staged("bin/exefile.exe")));
     }
 
@@ -152,11 +165,23 @@ private slots:
         QTest::newRow("a number") << QByteArray(R"({"build":100})") << "" << 0 << noVersion;
         QTest::newRow("empty build") << QByteArray(R"({"build":""})") << "" << 0 << noVersion;
         QTest::newRow("no version") << good << "/velkorclient_KS.json" << 404 << noVersion;
-        QTest::newRow("no index") << good << "/velkor_100.txt" << 404 << QStringList{"version 100", "start", "failed 2 Kestrel client file-index not available"};
-        QTest::newRow("denied") << good << "/velkor_100.txt" << 401 << QStringList{"version 100", "start", "failed 9 Authentication is required to download Kestrel client"};
-        QTest::newRow("server error") << good << "/velkor_100.txt" << 500 << QStringList{"version 100", "start", "failed 1 Unknown error while trying to get Kestrel client file-index"};
-        QTest::newRow("file missing") << good << SampleTree::pathOf("program") << 404 << QStringList{"version 100", "start", "failed 2 Error! See log for details"};
-        QTest::newRow("resource missing") << good << SampleTree::pathOf("first 100") << 404 << QStringList{"version 100", "start", "failed 2 Error! See log for details"};
+        QTest::newRow("no index") << good << "/velkor_100.txt" << 404
+                                  << QStringList{"version 100", "start",
+                                                 "failed 2 Kestrel client file-index not available"};
+        QTest::newRow("denied") << good << "/velkor_100.txt" << 401
+                                << QStringList{
+                                       "version 100", "start",
+                                       "failed 9 Authentication is required to download Kestrel client"};
+        QTest::newRow("server error")
+            << good << "/velkor_100.txt" << 500
+            << QStringList{"version 100", "start",
+                           "failed 1 Unknown error while trying to get Kestrel client file-index"};
+        QTest::newRow("file missing")
+            << good << SampleTree::pathOf("program") << 404
+            << QStringList{"version 100", "start", "failed 2 Error! See log for details"};
+        QTest::newRow("resource missing")
+            << good << SampleTree::pathOf("first 100") << 404
+            << QStringList{"version 100", "start", "failed 2 Error! See log for details"};
     }
     void namesEveryFailure()
     {
@@ -199,8 +224,9 @@ private slots:
     {
         publish("100", {{"bin/exefile.exe", "program"}}, true);
         m_service->reset();
-        QCOMPARE(refresh(), (QStringList{"version 100", "start", "failed 8 Must be logged in to Kestrel to get the build"}));
-        QCOMPARE(m_service->content().requests().size(), 1); // never asked without a token
+        QCOMPARE(refresh(), (QStringList{"version 100", "start",
+                                         "failed 8 Must be logged in to Kestrel to get the build"}));
+        QCOMPARE(int(m_service->content().requests().size()), 1); // never asked without a token
 
         m_server->setToken("to ken&x=y");
         QCOMPARE(refresh(), (QStringList{"version 100", "start", "end", "ready"}));
@@ -239,9 +265,11 @@ private slots:
         announce("{}");
         refresh();
         QTRY_COMPARE(m_service->backend().exceptionReports().size(), 1);
-        const auto exception = m_service->backend().exceptionReports().first().value("exception").toArray().at(0).toObject();
+        const auto exception =
+            m_service->backend().exceptionReports().first().value("exception").toArray().at(0).toObject();
         QCOMPARE(exception.value("type").toString(), QStringLiteral("RuntimeError"));
-        QCOMPARE(exception.value("value").toString(), QStringLiteral("Couldn't find build number in patch info file"));
+        QCOMPARE(exception.value("value").toString(),
+                 QStringLiteral("Couldn't find build number in patch info file"));
         QCOMPARE(exception.value("module").toString(), QStringLiteral("onPatchInfoDownloadFinished"));
     }
 

@@ -11,7 +11,9 @@ class TestDeployment : public QObject
 private:
     static QJsonObject compiledIn()
     {
-        return QJsonDocument::fromJson(readSample(QStringLiteral(VELKOR_SOURCE "/deployments/production.json"))).object();
+        return QJsonDocument::fromJson(
+                   readSample(QStringLiteral(VELKOR_SOURCE "/deployments/production.json")))
+            .object();
     }
     static std::optional<Deployment> parse(const QJsonObject& object, QString* error)
     {

@@ -54,7 +54,8 @@ private slots:
         QTest::newRow("unknown language") << "LauncherLanguage" << QVariant("xx") << QVariant("");
         QTest::newRow("known language") << "LauncherLanguage" << QVariant("de") << QVariant("de");
         QTest::newRow("empty version") << "WineVersion" << QVariant("") << QVariant("latest");
-        QTest::newRow("home") << "SharedCacheFolder" << QVariant("~/games") << QVariant(QDir::homePath() + "/games/");
+        QTest::newRow("home") << "SharedCacheFolder" << QVariant("~/games")
+                              << QVariant(QDir::homePath() + "/games/");
         QTest::newRow("slash kept") << "SharedCacheFolder" << QVariant("/data/") << QVariant("/data/");
         QTest::newRow("name with tilde") << "SharedCacheFolder" << QVariant("/a~b") << QVariant("/a~b/");
         QTest::newRow("development outside") << "LauncherType" << QVariant(2) << QVariant(1);
@@ -105,7 +106,8 @@ private slots:
         again.fillMap(after);
         QCOMPARE(after, before);
         QCOMPARE(again.getResManThreadCountAsOption(), Settings::Threads8);
-        QCOMPARE(QFileInfo(QSettings().fileName()).permissions() & (QFile::ReadGroup | QFile::ReadOther), QFile::Permissions());
+        QCOMPARE(QFileInfo(QSettings().fileName()).permissions() & (QFile::ReadGroup | QFile::ReadOther),
+                 QFile::Permissions());
     }
 
     void showsAnOddThreadCountAsDefault()
@@ -146,9 +148,11 @@ private slots:
                  QStringLiteral("https://binaries.test.invalid/velkorlauncher_linux_release.json"));
         QCOMPARE(settings.getUrlForLauncherIndex(QStringLiteral("5")),
                  QStringLiteral("https://binaries.test.invalid/velkorlauncher_linux_5.txt"));
-        QCOMPARE(settings.getLandingPageUrl(QStringLiteral("pl")), QStringLiteral("https://web.test.invalid/pl/"));
+        QCOMPARE(settings.getLandingPageUrl(QStringLiteral("pl")),
+                 QStringLiteral("https://web.test.invalid/pl/"));
         QVERIFY(settings.getLogglyUrl().startsWith(
-            QStringLiteral("https://logs.test.invalid/bulk/11111111-2222-3333-4444-555555555555/tag/http,launcher,linux,1548102,")));
+            QStringLiteral("https://logs.test.invalid/bulk/11111111-2222-3333-4444-555555555555/tag/"
+                           "http,launcher,linux,1548102,")));
     }
 
     void remembersFirstTimes()
@@ -160,7 +164,8 @@ private slots:
         settings.checkIfFirstRun();
         QCOMPARE(settings.store().value(QStringLiteral("FirstRunTimestamp")).toInt(), 5);
         settings.checkIfFirstClientLaunch(QStringLiteral("ks"));
-        QVERIFY(settings.store().value(QStringLiteral("FirstClientLaunchTimestamp")).toLongLong() > 1600000000);
+        QVERIFY(settings.store().value(QStringLiteral("FirstClientLaunchTimestamp")).toLongLong() >
+                1600000000);
     }
 
     void readsTheCatalogue()
@@ -176,7 +181,9 @@ private slots:
         QCOMPARE(settings.getServerList(), (QStringList{"ks", "pl"}));
         QCOMPARE(settings.getEnabledTestServers(), QStringList{"pl"});
         QCOMPARE(declared.count(), 5);
-        QCOMPARE(activations(activation), (QMap<QString, bool>{{"gr", false}, {"heron", false}, {"ks", true}, {"osprey", false}, {"pl", true}}));
+        QCOMPARE(activations(activation),
+                 (QMap<QString, bool>{
+                     {"gr", false}, {"heron", false}, {"ks", true}, {"osprey", false}, {"pl", true}}));
         for (const auto& call : declared) {
             if (call.at(0) == "heron")
                 QCOMPARE(call.at(1).toJsonObject().value("server"), QJsonValue("heron.servers.test.invalid"));
@@ -193,7 +200,8 @@ private slots:
         settings.setEnabledTestServers({"heron", "unknown"});
         QCOMPARE(changed.count(), 1);
         QCOMPARE(settings.getServerList(), (QStringList{"ks", "heron"}));
-        QCOMPARE(activations(activation), (QMap<QString, bool>{{"heron", true}, {"ks", true}, {"osprey", false}, {"pl", false}}));
+        QCOMPARE(activations(activation),
+                 (QMap<QString, bool>{{"heron", true}, {"ks", true}, {"osprey", false}, {"pl", false}}));
     }
 
     void addsServersOfTheCommandLine_data()
@@ -202,7 +210,8 @@ private slots:
         QTest::addColumn<bool>("skipTestServers");
         QTest::addColumn<QStringList>("served");
         QTest::newRow("hidden one") << QStringList{"gr"} << false << QStringList{"ks", "pl", "osprey", "gr"};
-        QTest::newRow("new one twice") << QStringList{"Falcon", "Falcon"} << false << QStringList{"ks", "pl", "osprey", "Falcon"};
+        QTest::newRow("new one twice")
+            << QStringList{"Falcon", "Falcon"} << false << QStringList{"ks", "pl", "osprey", "Falcon"};
         QTest::newRow("none but main") << QStringList{} << true << QStringList{"ks"};
         QTest::newRow("nothing") << QStringList{} << false << QStringList{"ks", "pl", "osprey"};
     }
@@ -222,7 +231,8 @@ private slots:
         QVERIFY(settings.getServer(QStringLiteral("pl")));
         for (const auto& call : declared) {
             if (call.at(0) == "Falcon")
-                QCOMPARE(call.at(1).toJsonObject(), (QJsonObject{{"displayName", "Falcon"}, {"server", "falcon.servers.test.invalid"}}));
+                QCOMPARE(call.at(1).toJsonObject(),
+                         (QJsonObject{{"displayName", "Falcon"}, {"server", "falcon.servers.test.invalid"}}));
             if (call.at(0) == "gr")
                 QCOMPARE(call.at(1).toJsonObject().value("server"), QJsonValue("grebe"));
         }

@@ -63,7 +63,10 @@ private:
     }
     QJsonArray savedProcesses() const
     {
-        return QJsonDocument::fromJson(readSample(settings()->getLauncherLogsFolder() + "/processes.json")).object().value("processes").toArray();
+        return QJsonDocument::fromJson(readSample(settings()->getLauncherLogsFolder() + "/processes.json"))
+            .object()
+            .value("processes")
+            .toArray();
     }
 
 private slots:
@@ -74,11 +77,13 @@ private slots:
         settings()->setCacheFolder(QDir::tempPath());
         settings()->initialize(); // from here on it knows whether it is online
         settings()->registerWineManager(&m_wine);
-        connect(settings(), &Settings::serverDeclared, this, [this](const QString& key, const QJsonObject& entry) {
-            m_servers[key] = std::make_unique<ServerManager>(key, entry);
-            settings()->registerServer(key, m_servers[key].get());
-        });
-        connect(settings(), &Settings::serverActivationRequested, this, [this](const QString& key, bool active) { m_servers.at(key)->setActive(active); });
+        connect(settings(), &Settings::serverDeclared, this,
+                [this](const QString& key, const QJsonObject& entry) {
+                    m_servers[key] = std::make_unique<ServerManager>(key, entry);
+                    settings()->registerServer(key, m_servers[key].get());
+                });
+        connect(settings(), &Settings::serverActivationRequested, this,
+                [this](const QString& key, bool active) { m_servers.at(key)->setActive(active); });
     }
     void init()
     {
@@ -112,7 +117,8 @@ private slots:
             if (!action->isSeparator())
                 items << action->text();
         }
-        QCOMPARE(items, (QStringList{"&Server list", "Show in File Browser", "&Refresh", "About...", "E&xit"}));
+        QCOMPARE(items,
+                 (QStringList{"&Server list", "Show in File Browser", "&Refresh", "About...", "E&xit"}));
     }
 
     void refreshesAllServersAndComesAgain()
@@ -140,7 +146,8 @@ private slots:
         QTRY_VERIFY(hasLogged("Scheduling refresh after 2 minutes"));
         QVERIFY(hasLogged("Update failed for Kestrel with error: 2"));
         QVERIFY(m_servers.at("pl")->isReady());
-        QVERIFY2(message().startsWith("Kestrel: Kestrel client file-index not available"), qPrintable(message()));
+        QVERIFY2(message().startsWith("Kestrel: Kestrel client file-index not available"),
+                 qPrintable(message()));
         QTRY_VERIFY(hasReported("ks update failed with a download error"));
         m_service->content().faults().clear();
         QTRY_VERIFY(m_servers.at("ks")->isReady()); // the cycle comes round
@@ -185,7 +192,9 @@ private slots:
         QVERIFY(hasLogged("Scheduling refresh after 120 seconds"));
         const auto* box = m_window->findChild<QMessageBox*>();
         QVERIFY(box && box->isVisible());
-        QCOMPARE(box->text(), QStringLiteral("Cache folder does not exist and could not be created at /proc/nothing/cache/"));
+        QCOMPARE(
+            box->text(),
+            QStringLiteral("Cache folder does not exist and could not be created at /proc/nothing/cache/"));
         QTRY_VERIFY(countLogged("Starting refresh cycle") >= 2);
     }
 

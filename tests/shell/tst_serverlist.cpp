@@ -47,10 +47,11 @@ private slots:
         Settings::useDeployment(sampleDeployment());
         settings()->setCacheFolder(m_cache.path());
         settings()->registerWineManager(&m_wine);
-        connect(settings(), &Settings::serverDeclared, this, [this](const QString& key, const QJsonObject& entry) {
-            m_servers.push_back(std::make_unique<ServerManager>(key, entry));
-            settings()->registerServer(key, m_servers.back().get());
-        });
+        connect(settings(), &Settings::serverDeclared, this,
+                [this](const QString& key, const QJsonObject& entry) {
+                    m_servers.push_back(std::make_unique<ServerManager>(key, entry));
+                    settings()->registerServer(key, m_servers.back().get());
+                });
         settings()->initializeServers();
         settings()->setEnabledTestServers({"pl"});
     }
@@ -145,8 +146,11 @@ private slots:
     {
         Theme theme(qApp);
         const auto luminance = [](const QColor& colour) {
-            const auto linear = [](double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); };
-            return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+            const auto linear = [](double part) {
+                return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+            };
+            return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) +
+                   0.0722 * linear(colour.blueF());
         };
         const auto contrast = [&](QPalette::ColorRole a, QPalette::ColorRole b) {
             const auto palette = QApplication::palette();

@@ -17,7 +17,8 @@ private:
         Arrows arrows;
         const auto modules = QDir(source).entryList(QDir::Dirs | QDir::NoDotAndDotDot);
         for (const auto& module : modules) {
-            const auto cmake = QString::fromUtf8(readSample(QStringLiteral("%1/%2/CMakeLists.txt").arg(source, module)));
+            const auto cmake =
+                QString::fromUtf8(readSample(QStringLiteral("%1/%2/CMakeLists.txt").arg(source, module)));
             auto& targets = arrows[module];
             for (auto call = link.globalMatch(cmake); call.hasNext();) {
                 for (auto name = library.globalMatch(call.next().captured(1)); name.hasNext();)
@@ -46,7 +47,8 @@ private:
 private slots:
     void includesFollowTheArrows()
     {
-        static const QRegularExpression include(QStringLiteral("^#include \"(\\w+)/"), QRegularExpression::MultilineOption);
+        static const QRegularExpression include(QStringLiteral("^#include \"(\\w+)/"),
+                                                QRegularExpression::MultilineOption);
         const auto arrows = declaredArrows();
         QVERIFY(arrows.size() >= 9);
         QStringList wrong;

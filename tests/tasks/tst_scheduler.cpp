@@ -62,7 +62,8 @@ private slots:
         schedule("ks", &c);
         QCOMPARE(m_journal, QStringList{"a go"});
         a.end();
-        QCOMPARE(m_journal.last(), QStringLiteral("c go")); // the server list decides, not the order of arrival
+        QCOMPARE(m_journal.last(),
+                 QStringLiteral("c go")); // the server list decides, not the order of arrival
         c.end();
         QCOMPARE(m_journal.last(), QStringLiteral("b go"));
         b.end();
@@ -98,7 +99,8 @@ private slots:
             task->end();
         }
         m_scheduler.setPriorityKey(QString());
-        QCOMPARE(m_journal.filter(" go"), (QStringList{"running go", "pl go", "ks go", "Background go", "alpha go", "zoo go"}));
+        QCOMPARE(m_journal.filter(" go"),
+                 (QStringList{"running go", "pl go", "ks go", "Background go", "alpha go", "zoo go"}));
         QVERIFY(!m_scheduler.hasBackgroundTask());
     }
 

@@ -14,7 +14,8 @@ public:
     BackendFixture() : m_backend(m_tree.path(), m_state.filePath(QStringLiteral("state")))
     {
         QString error;
-        const bool started = m_backend.start(&error) && m_backend.writeDeployment({{QStringLiteral("delayScale"), 0.001}});
+        const bool started =
+            m_backend.start(&error) && m_backend.writeDeployment({{QStringLiteral("delayScale"), 0.001}});
         qputenv("VELKOR_DEPLOYMENT_FILE", QFile::encodeName(m_backend.deploymentFile()));
         const auto deployment = started ? Deployment::load(&error) : std::nullopt;
         if (!deployment || !deployment->trustExtraCertificates(&error))

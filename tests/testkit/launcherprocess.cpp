@@ -8,7 +8,8 @@
 #include <QTest>
 
 LauncherProcess::LauncherProcess(const LocalBackend& backend)
-    : m_cache(m_home.filePath(QStringLiteral("cache"))), m_environment(QProcessEnvironment::systemEnvironment())
+    : m_cache(m_home.filePath(QStringLiteral("cache"))),
+      m_environment(QProcessEnvironment::systemEnvironment())
 {
     m_environment.insert(QStringLiteral("HOME"), home());
     m_environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.filePath(QStringLiteral(".config")));
@@ -18,7 +19,8 @@ LauncherProcess::LauncherProcess(const LocalBackend& backend)
     shareCache(m_cache);
 }
 
-/** What a failed test needs to see of a log: the lines that warn, without the reports that repeat the others. */
+/** What a failed test needs to see of a log: the lines that warn, without the reports that repeat the others.
+ */
 static void printWarnings(const QString& log)
 {
     const auto lines = log.split(QLatin1Char('\n'));
@@ -31,8 +33,10 @@ static void printWarnings(const QString& log)
 
 LauncherProcess::~LauncherProcess()
 {
-    if (QTest::currentTestFailed())
+    if (QTest::currentTestFailed()) {
         printWarnings(log());
+        qWarning().noquote() << m_process.readAllStandardError();
+    }
     if (m_process.state() != QProcess::NotRunning) {
         m_process.kill();
         m_process.waitForFinished();
@@ -45,7 +49,10 @@ void LauncherProcess::shareCache(const QString& cache)
     set(QStringLiteral("SharedCacheFolder"), cache);
 }
 
-static QString settingsFile(const QString& home) { return home + QStringLiteral("/.config/Halden/Velkor.conf"); }
+static QString settingsFile(const QString& home)
+{
+    return home + QStringLiteral("/.config/Halden/Velkor.conf");
+}
 
 void LauncherProcess::set(const QString& key, const QVariant& value)
 {

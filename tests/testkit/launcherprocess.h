@@ -21,8 +21,14 @@ public:
     QString cache() const { return m_cache; }
     /** Lets this launcher use another one's cache. */
     void shareCache(const QString& cache);
-    QString stagingFolder(const QString& server) const { return m_cache + QStringLiteral("/wineenv/drive_c/") + server; }
-    QString resFile(const QByteArray& content) const { return m_cache + QStringLiteral("/ResFiles") + SampleTree::pathOf(content); }
+    QString stagingFolder(const QString& server) const
+    {
+        return m_cache + QStringLiteral("/wineenv/drive_c/") + server;
+    }
+    QString resFile(const QByteArray& content) const
+    {
+        return m_cache + QStringLiteral("/ResFiles") + SampleTree::pathOf(content);
+    }
 
     /** Settings of the stored file; read by the launcher when it starts. */
     void set(const QString& key, const QVariant& value);
@@ -32,7 +38,8 @@ public:
     void startThrough(const QStringList& wrapper) { m_wrapper = wrapper; }
 
     void start(const QStringList& arguments);
-    /** Runs one refresh of the main server unattended; returns the exit code, or -1 when it does not end in time. */
+    /** Runs one refresh of the main server unattended; returns the exit code, or -1 when it does not end in
+     * time. */
     int refreshOnce(const QStringList& moreArguments = {});
     QProcess& process() { return m_process; }
 

@@ -27,7 +27,8 @@ class SampleTree
 public:
     QString path() const { return m_folder.filePath(QStringLiteral("tree")); }
 
-    /** Publishes client and resource files as a build of a server; all resources below "first/" are prefetched. */
+    /** Publishes client and resource files as a build of a server; all resources below "first/" are
+     * prefetched. */
     void publish(const QString& server, const QString& build, const SampleFiles& client,
                  const SampleFiles& resources = {}, bool isProtected = false);
 

@@ -11,8 +11,8 @@ TemporaryHome::TemporaryHome()
     set("XDG_CACHE_HOME", file(QStringLiteral(".cache")));
     set("XDG_RUNTIME_DIR", path());
     // Servers of tests are on this machine; nothing asks for a way around.
-    for (const auto* name : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY", "ALL_PROXY",
-                             "VELKOR_DEPLOYMENT_FILE", "DBUS_SESSION_BUS_ADDRESS"})
+    for (const auto* name : {"http_proxy", "https_proxy", "all_proxy", "HTTP_PROXY", "HTTPS_PROXY",
+                             "ALL_PROXY", "VELKOR_DEPLOYMENT_FILE", "DBUS_SESSION_BUS_ADDRESS"})
         qunsetenv(name);
 }
 

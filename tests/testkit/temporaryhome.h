@@ -7,8 +7,8 @@
 #include "settings/deployment.h"
 
 /**
- * A home folder of its own for one test program: settings, data and logs go there. Make it before the application
- * object; it ends with it.
+ * A home folder of its own for one test program: settings, data and logs go there. Make it before the
+ * application object; it ends with it.
  */
 class TemporaryHome
 {

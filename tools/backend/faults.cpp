@@ -17,7 +17,7 @@ Fault FaultTable::take(const QString& path)
     const std::lock_guard lock(m_mutex);
     for (auto fault = m_faults.begin(); fault != m_faults.end(); ++fault) {
         const bool matches = fault.key().endsWith(QLatin1Char('*')) ? path.startsWith(fault.key().chopped(1))
-                                                                   : path == fault.key();
+                                                                    : path == fault.key();
         if (!matches || fault->times == 0)
             continue;
         if (fault->times > 0)

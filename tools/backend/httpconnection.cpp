@@ -91,13 +91,15 @@ void HttpConnection::respond(const HttpRequest& request)
 
 void HttpConnection::sendHead(const HttpResponse& response, qint64 length)
 {
-    m_socket->write("HTTP/1.1 " + QByteArray::number(response.status) + " -\r\nContent-Type: " + response.contentType +
-                    "\r\nContent-Length: " + QByteArray::number(length) + "\r\nConnection: keep-alive\r\n\r\n");
+    m_socket->write(
+        "HTTP/1.1 " + QByteArray::number(response.status) + " -\r\nContent-Type: " + response.contentType +
+        "\r\nContent-Length: " + QByteArray::number(length) + "\r\nConnection: keep-alive\r\n\r\n");
 }
 
 QByteArray HttpConnection::nextBytes(qint64 atMost)
 {
-    auto bytes = m_file ? m_file->read(atMost) : m_body.mid(static_cast<int>(m_sent), static_cast<int>(atMost));
+    auto bytes =
+        m_file ? m_file->read(atMost) : m_body.mid(static_cast<int>(m_sent), static_cast<int>(atMost));
     if (m_fault.kind == Fault::Kind::WrongBytes) {
         for (auto& byte : bytes)
             byte = static_cast<char>(~byte);

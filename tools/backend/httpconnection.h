@@ -28,7 +28,8 @@ struct HttpResponse {
     QString file;
 };
 
-/** One connection of a server: reads requests, sends responses, with faults on demand. Deletes itself at its end. */
+/** One connection of a server: reads requests, sends responses, with faults on demand. Deletes itself at its
+ * end. */
 class HttpConnection : public QObject
 {
     Q_OBJECT

@@ -51,13 +51,13 @@ HttpResponse HttpsServer::handle(const HttpRequest& request, Fault* fault)
     }
     {
         const std::lock_guard lock(m_mutex);
-        m_requests.append({request, response.status});
+        m_requests.push_back({request, response.status});
     }
     emit requestAnswered(request.method, request.path, response.status);
     return response;
 }
 
-QVector<LoggedRequest> HttpsServer::requests() const
+std::vector<LoggedRequest> HttpsServer::requests() const
 {
     const std::lock_guard lock(m_mutex);
     return m_requests;

@@ -4,7 +4,8 @@
 #include "tools/backend/httpconnection.h"
 
 #include <QTcpServer>
-#include <QVector>
+
+#include <vector>
 
 /** One request that a server has answered. */
 struct LoggedRequest {
@@ -13,8 +14,8 @@ struct LoggedRequest {
 };
 
 /**
- * An HTTPS server on a free port of 127.0.0.1. It lives on the thread it was created on; what is marked "any thread"
- * may be called from elsewhere while it works.
+ * An HTTPS server on a free port of 127.0.0.1. It lives on the thread it was created on; what is marked "any
+ * thread" may be called from elsewhere while it works.
  */
 class HttpsServer : public QTcpServer
 {
@@ -35,7 +36,7 @@ public:
     /** Any thread. */
     FaultTable& faults() { return m_faults; }
     /** All requests since the last clearRequests(). Any thread. */
-    QVector<LoggedRequest> requests() const;
+    std::vector<LoggedRequest> requests() const;
     void clearRequests();
 
 signals:
@@ -53,7 +54,7 @@ private:
     quint16 m_port = 0;
     FaultTable m_faults;
     mutable std::mutex m_mutex;
-    QVector<LoggedRequest> m_requests;
+    std::vector<LoggedRequest> m_requests;
 };
 
 /** Serves the files below a folder. */

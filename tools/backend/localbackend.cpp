@@ -55,8 +55,8 @@ bool LocalBackend::start(QString* error)
         *error = QStringLiteral("No port could be opened: %1").arg(m_content->errorString());
         return false;
     }
-    if (!QDir().mkpath(m_stateFolder) || !writeFile(QStringLiteral("authority.pem"), m_authority.certificate()) ||
-        !writeDeployment()) {
+    if (!QDir().mkpath(m_stateFolder) ||
+        !writeFile(QStringLiteral("authority.pem"), m_authority.certificate()) || !writeDeployment()) {
         *error = QStringLiteral("Cannot write to %1").arg(m_stateFolder);
         return false;
     }
@@ -100,8 +100,8 @@ bool LocalBackend::writeDeployment(const QJsonObject& changes) const
         {QStringLiteral("typeUrlDomain"), QStringLiteral("velkor.example")},
         {QStringLiteral("gameServerDomainSuffix"), QStringLiteral(".servers.velkor.example")},
         {QStringLiteral("heronHost"), QStringLiteral("heron.servers.velkor.example")},
-        {QStringLiteral("internalDomains"), QJsonArray{QStringLiteral("internal.velkor.example"),
-                                                       QStringLiteral("office.velkor.example")}},
+        {QStringLiteral("internalDomains"),
+         QJsonArray{QStringLiteral("internal.velkor.example"), QStringLiteral("office.velkor.example")}},
         {QStringLiteral("extraCaCertificates"), QStringLiteral("authority.pem")},
     };
     for (auto change = changes.begin(); change != changes.end(); ++change)

@@ -6,8 +6,9 @@
 #include <QThread>
 
 /**
- * The service on this machine: a content server over HTTPS and a collector of exception reports, each on a free port
- * of 127.0.0.1 and with certificates of an authority made on the spot. It works on a thread of its own.
+ * The service on this machine: a content server over HTTPS and a collector of exception reports, each on a
+ * free port of 127.0.0.1 and with certificates of an authority made on the spot. It works on a thread of its
+ * own.
  */
 class LocalBackend
 {
@@ -39,7 +40,10 @@ private:
     const QString m_stateFolder;
     const CertificateAuthority m_authority;
     QThread m_thread;
-    QObject m_worker; // runs actions on that thread
+    class Worker : public QObject
+    {
+    };
+    Worker m_worker; // runs actions on that thread
     std::unique_ptr<HttpsServer> m_content;
     std::unique_ptr<HttpsServer> m_reports;
 };

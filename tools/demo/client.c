@@ -1,8 +1,10 @@
 /*
- * The demo's game client: a window that shows the arguments it was started with and has the buttons Quit and Crash.
+ * The demo's game client: a window that shows the arguments it was started with and has the buttons Quit and
+ * Crash.
  *
  * For tests, arguments of its own: "/exit=N" ends at once with that exit code, "/crash" crashes at once,
- * "/report=FILE" writes the arguments to the file first, one a line, and "/print=TEXT" prints to standard error.
+ * "/report=FILE" writes the arguments to the file first, one a line, and "/print=TEXT" prints to standard
+ * error.
  */
 #include <stdio.h>
 #include <wchar.h>
@@ -12,13 +14,13 @@ enum { ID_QUIT = 1, ID_CRASH = 2, MARGIN = 16, BUTTON_WIDTH = 120, BUTTON_HEIGHT
 
 static void crash(void)
 {
-    volatile int *nowhere = NULL;
+    volatile int* nowhere = NULL;
     *nowhere = 1;
 }
 
-static void reportArguments(const wchar_t *path, int argc, wchar_t **argv)
+static void reportArguments(const wchar_t* path, int argc, wchar_t** argv)
 {
-    FILE *file = _wfopen(path, L"wb");
+    FILE* file = _wfopen(path, L"wb");
     if (!file)
         return;
     for (int i = 1; i < argc; ++i) {
@@ -46,7 +48,7 @@ static LRESULT CALLBACK onMessage(HWND window, UINT message, WPARAM wparam, LPAR
     }
 }
 
-static int showWindow(HINSTANCE instance, const wchar_t *text)
+static int showWindow(HINSTANCE instance, const wchar_t* text)
 {
     const WNDCLASSW class = {.lpfnWndProc = onMessage,
                              .hInstance = instance,
@@ -54,17 +56,18 @@ static int showWindow(HINSTANCE instance, const wchar_t *text)
                              .hbrBackground = (HBRUSH)(COLOR_WINDOW + 1),
                              .lpszClassName = L"VelkorDemoClient"};
     RegisterClassW(&class);
-    HWND window = CreateWindowW(class.lpszClassName, L"Velkor demo client", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
-                                CW_USEDEFAULT, 720, 360, NULL, NULL, instance, NULL);
+    HWND window = CreateWindowW(class.lpszClassName, L"Velkor demo client", WS_OVERLAPPEDWINDOW,
+                                CW_USEDEFAULT, CW_USEDEFAULT, 720, 360, NULL, NULL, instance, NULL);
     RECT area;
     GetClientRect(window, &area);
     const int buttonTop = area.bottom - MARGIN - BUTTON_HEIGHT;
-    CreateWindowW(L"EDIT", text, WS_CHILD | WS_VISIBLE | WS_BORDER | ES_MULTILINE | ES_READONLY | WS_VSCROLL, MARGIN,
-                  MARGIN, area.right - 2 * MARGIN, buttonTop - 2 * MARGIN, window, NULL, instance, NULL);
+    CreateWindowW(L"EDIT", text, WS_CHILD | WS_VISIBLE | WS_BORDER | ES_MULTILINE | ES_READONLY | WS_VSCROLL,
+                  MARGIN, MARGIN, area.right - 2 * MARGIN, buttonTop - 2 * MARGIN, window, NULL, instance,
+                  NULL);
     CreateWindowW(L"BUTTON", L"Quit", WS_CHILD | WS_VISIBLE | WS_TABSTOP, MARGIN, buttonTop, BUTTON_WIDTH,
                   BUTTON_HEIGHT, window, (HMENU)ID_QUIT, instance, NULL);
-    CreateWindowW(L"BUTTON", L"Crash", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 2 * MARGIN + BUTTON_WIDTH, buttonTop,
-                  BUTTON_WIDTH, BUTTON_HEIGHT, window, (HMENU)ID_CRASH, instance, NULL);
+    CreateWindowW(L"BUTTON", L"Crash", WS_CHILD | WS_VISIBLE | WS_TABSTOP, 2 * MARGIN + BUTTON_WIDTH,
+                  buttonTop, BUTTON_WIDTH, BUTTON_HEIGHT, window, (HMENU)ID_CRASH, instance, NULL);
     ShowWindow(window, SW_SHOWNORMAL);
 
     MSG message;
@@ -83,7 +86,7 @@ int WINAPI wWinMain(HINSTANCE instance, HINSTANCE previous, PWSTR commandLine, i
     (void)commandLine;
     (void)show;
     int argc = 0;
-    wchar_t **argv = CommandLineToArgvW(GetCommandLineW(), &argc);
+    wchar_t** argv = CommandLineToArgvW(GetCommandLineW(), &argc);
     static wchar_t text[16384] = L"Started with these arguments:\r\n\r\n";
     for (int i = 1; i < argc; ++i) {
         wcsncat(text, argv[i], 16383 - wcslen(text));

@@ -38,7 +38,8 @@ bool writeClient(const DemoGame& game, const QString& folder, QString* error)
             *error = QStringLiteral("Cannot copy %1 to %2").arg(game.client, path);
             return false;
         }
-        QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
+        QFile::setPermissions(path,
+                              QFile::permissions(path) | QFile::ExeOwner | QFile::ExeGroup | QFile::ExeOther);
     }
     const auto notes = QStringLiteral("Velkor demo game\nBuild %1\n").arg(game.build);
     if (!writeFile(folder + QStringLiteral("/docs/release notes.txt"), notes.toUtf8(), error))
@@ -53,7 +54,8 @@ bool generateDemoGame(const DemoGame& game, const QString& folder, QString* erro
     for (int i = 0; i < game.resources; ++i) {
         const int build = i % changedEvery == 0 ? game.build : 1;
         const auto seed = static_cast<quint32>(i * 1000 + build);
-        const int size = game.averageBytes / 2 + static_cast<int>(QRandomGenerator(seed).bounded(game.averageBytes));
+        const int size =
+            game.averageBytes / 2 + static_cast<int>(QRandomGenerator(seed).bounded(game.averageBytes));
         const auto group = i % 8 == 7 ? QStringLiteral("later") : QStringLiteral("first");
         const auto path = QStringLiteral("%1/resources/%2/%3/asset_%4.bin")
                               .arg(folder, group, QString::number(i % 16, 16))

@@ -14,7 +14,7 @@ struct DemoGame {
 };
 
 /**
- * Writes a game into folder + "/client" and folder + "/resources". The same game always has the same content. Returns
- * false and explains in error when a file cannot be written.
+ * Writes a game into folder + "/client" and folder + "/resources". The same game always has the same content.
+ * Returns false and explains in error when a file cannot be written.
  */
 bool generateDemoGame(const DemoGame& game, const QString& folder, QString* error);

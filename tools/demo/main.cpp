@@ -9,7 +9,8 @@ int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral("Writes a generated game: its client and its resources."));
+    parser.setApplicationDescription(
+        QStringLiteral("Writes a generated game: its client and its resources."));
     parser.addHelpOption();
     parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("Where to"));
     parser.addOptions({

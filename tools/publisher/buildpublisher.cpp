@@ -116,8 +116,8 @@ bool BuildPublisher::addLink(const QString& path, const QString& relativePath, Q
         return false;
     }
     const auto md5 = QString::fromLatin1(QCryptographicHash::hash({}, QCryptographicHash::Md5).toHex());
-    return addRow(&m_index, QStringLiteral("sym:/") + relativePath, {QStringLiteral("sym:app:/") + target, md5, 0},
-                  linkMode, error);
+    return addRow(&m_index, QStringLiteral("sym:/") + relativePath,
+                  {QStringLiteral("sym:app:/") + target, md5, 0}, linkMode, error);
 }
 
 bool BuildPublisher::addTextFile(const QString& name, const QByteArray& text, QString* error)
@@ -126,7 +126,8 @@ bool BuildPublisher::addTextFile(const QString& name, const QByteArray& text, QS
     return content && addRow(&m_index, QStringLiteral("app:/") + name, *content, plainMode, error);
 }
 
-// The launcher reads the installed build from start.ini, so whatever else stands there, the build is this one.
+// The launcher reads the installed build from start.ini, so whatever else stands there, the build is this
+// one.
 bool BuildPublisher::addStartIni(QString* error)
 {
     QByteArray text;
@@ -143,10 +144,12 @@ bool BuildPublisher::addStartIni(QString* error)
         if (!trimmed.isEmpty() && !isBuild && trimmed != "[main]")
             lines << line;
         else if (trimmed == "[main]")
-            lines << "[main]" << "build=" + m_options.build.toUtf8();
+            lines << "[main]"
+                  << "build=" + m_options.build.toUtf8();
     }
     if (!lines.contains("[main]"))
-        lines << "[main]" << "build=" + m_options.build.toUtf8();
+        lines << "[main]"
+              << "build=" + m_options.build.toUtf8();
     return addTextFile(QStringLiteral("start.ini"), lines.join('\n') + '\n', error);
 }
 
@@ -165,7 +168,8 @@ bool BuildPublisher::addResources(QString* error)
             return false;
         bool first = false;
         for (const auto& glob : m_options.prefetch) {
-            if (::fnmatch(QFile::encodeName(glob).constData(), QFile::encodeName(relativePath).constData(), 0) != 0)
+            if (::fnmatch(QFile::encodeName(glob).constData(), QFile::encodeName(relativePath).constData(),
+                          0) != 0)
                 continue;
             first = true;
             unusedGlobs.remove(glob);
@@ -178,7 +182,8 @@ bool BuildPublisher::addResources(QString* error)
         return false;
     }
     return addTextFile(QStringLiteral("resfileindex.txt"), all, error) &&
-           (m_options.prefetch.isEmpty() || addTextFile(QStringLiteral("resfileindex_prefetch.txt"), prefetch, error));
+           (m_options.prefetch.isEmpty() ||
+            addTextFile(QStringLiteral("resfileindex_prefetch.txt"), prefetch, error));
 }
 
 // The document that announces the build comes last: a build that is half there is never announced.

@@ -38,7 +38,8 @@ private:
     bool addStartIni(QString* error);
     bool announce(QString* error);
     bool addTextFile(const QString& name, const QByteArray& text, QString* error);
-    bool addRow(QByteArray* index, const QString& name, const StoredContent& content, int mode, QString* error);
+    bool addRow(QByteArray* index, const QString& name, const StoredContent& content, int mode,
+                QString* error);
     bool addLink(const QString& path, const QString& relativePath, QString* error);
 
     const BuildOptions m_options;

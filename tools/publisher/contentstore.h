@@ -14,15 +14,16 @@ struct StoredContent {
 };
 
 /**
- * The content-addressed part of a tree: the same bytes are one file, however many names point to it. Files are written
- * to a temporary name and renamed.
+ * The content-addressed part of a tree: the same bytes are one file, however many names point to it. Files
+ * are written to a temporary name and renamed.
  */
 class ContentStore
 {
 public:
     explicit ContentStore(const QString& tree);
 
-    /** Adds a file. Returns none and explains in error when it cannot be read or is too large for an index. */
+    /** Adds a file. Returns none and explains in error when it cannot be read or is too large for an index.
+     */
     std::optional<StoredContent> addFile(const QString& path, QString* error);
     std::optional<StoredContent> addBytes(const QByteArray& bytes, QString* error);
 

@@ -63,8 +63,10 @@ int main(int argc, char** argv)
         {QStringLiteral("build"), QStringLiteral("Build number"), QStringLiteral("build")},
         {QStringLiteral("from"), QStringLiteral("Folder of the client's files"), QStringLiteral("folder")},
         {QStringLiteral("out"), QStringLiteral("The tree"), QStringLiteral("folder")},
-        {QStringLiteral("resources"), QStringLiteral("Folder of the resource files"), QStringLiteral("folder")},
-        {QStringLiteral("prefetch"), QStringLiteral("Resources that are fetched first"), QStringLiteral("glob")},
+        {QStringLiteral("resources"), QStringLiteral("Folder of the resource files"),
+         QStringLiteral("folder")},
+        {QStringLiteral("prefetch"), QStringLiteral("Resources that are fetched first"),
+         QStringLiteral("glob")},
         {QStringLiteral("protected"), QStringLiteral("The index needs the player's token")},
     });
     parser.process(app);

@@ -35,7 +35,8 @@ void TreeVerifier::verifyAnnouncement(const QString& fileName)
         return;
     }
     const bool isProtected = object.value(QLatin1String("protected")).toBool();
-    verifyIndex(isProtected ? QStringLiteral("prod/velkor_%1").arg(build) : QStringLiteral("velkor_%1.txt").arg(build),
+    verifyIndex(isProtected ? QStringLiteral("prod/velkor_%1").arg(build)
+                            : QStringLiteral("velkor_%1.txt").arg(build),
                 fileName);
 }
 
@@ -43,7 +44,8 @@ void TreeVerifier::verifyIndex(const QString& path, const QString& what)
 {
     QFile file(m_tree + QLatin1Char('/') + path);
     if (!file.open(QIODevice::ReadOnly)) {
-        m_problems << QStringLiteral("%1 needs %2, which cannot be read: %3").arg(what, path, file.errorString());
+        m_problems
+            << QStringLiteral("%1 needs %2, which cannot be read: %3").arg(what, path, file.errorString());
         return;
     }
     const auto bytes = file.readAll();
@@ -81,8 +83,10 @@ void TreeVerifier::verifyContents()
         if (checksums[i].isEmpty())
             m_problems << QStringLiteral("%1 (%2) is missing").arg(expected.cachedName, expected.what);
         else if (QFileInfo(paths[i]).size() != expected.size)
-            m_problems << QStringLiteral("%1 (%2) has the wrong size").arg(expected.cachedName, expected.what);
+            m_problems
+                << QStringLiteral("%1 (%2) has the wrong size").arg(expected.cachedName, expected.what);
         else if (checksums[i] != expected.md5.toLatin1())
-            m_problems << QStringLiteral("%1 (%2) has the wrong content").arg(expected.cachedName, expected.what);
+            m_problems
+                << QStringLiteral("%1 (%2) has the wrong content").arg(expected.cachedName, expected.what);
     }
 }
