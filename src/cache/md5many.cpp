@@ -22,7 +22,7 @@ bool isStopped(const std::atomic<bool>* stop) { return stop && stop->load(std::m
 
 #ifdef __x86_64__
 constexpr int lanes = 8;
-constexpr size_t readSize = 32 * 1024;
+constexpr size_t readSize = size_t(32) * 1024;
 
 constexpr std::array<uint32_t, 64> sines = {
     0xd76aa478, 0xe8c7b756, 0x242070db, 0xc1bdceee, 0xf57c0faf, 0x4787c62a, 0xa8304613, 0xfd469501,

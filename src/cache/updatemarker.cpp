@@ -91,14 +91,15 @@ std::shared_ptr<UpdateMarker> UpdateMarker::acquire(const QString& cacheRoot, QS
     return marker;
 }
 
-bool UpdateMarker::release(std::shared_ptr<UpdateMarker> marker)
+bool UpdateMarker::release(std::shared_ptr<UpdateMarker>&& marker)
 {
-    const bool written = ::syncfs(marker->m_descriptor) == 0;
+    const auto held = std::move(marker);
+    const bool written = ::syncfs(held->m_descriptor) == 0;
     if (!written)
         qWarning().noquote() << "The file system could not write everything:" << qt_error_string(errno);
     const std::lock_guard lock(heldMutex);
-    if (written && marker.use_count() == 1)
-        QFile::remove(marker->m_path);
+    if (written && held.use_count() == 1)
+        QFile::remove(held->m_path);
     return written;
 }
 

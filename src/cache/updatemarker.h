@@ -33,7 +33,7 @@ public:
      * holder. Blocks, for seconds in the worst case. Where writing fails the marker file stays, for a later
      * start to act on; returns false then.
      */
-    static bool release(std::shared_ptr<UpdateMarker> marker);
+    static bool release(std::shared_ptr<UpdateMarker>&& marker);
 
     struct Recovery {
         int markers = 0;

@@ -65,8 +65,7 @@ void DownloadQueue::startDownload()
         qDebug().noquote() << m_name << "has no files to download";
     else
         qDebug().noquote() << m_name << "has" << m_queue.size() << "files to download";
-    downloadNextEntries();
-    checkIfFinished();
+    goOn();
 }
 
 void DownloadQueue::downloadNextEntries()
@@ -171,6 +170,18 @@ void DownloadQueue::getFinished(QNetworkReply* reply)
 
     updateProgress();
     reply->deleteLater();
+    if (reply->error() == QNetworkReply::NoError) {
+        goOn();
+    } else {
+        // A network that has just failed needs a moment, and so does the connection to close: a request that
+        // is given to it now is lost with it.
+        const int retries = m_retries.value(transfer.fileName);
+        QTimer::singleShot(m_retryDelayMs * retries, this, &DownloadQueue::goOn);
+    }
+}
+
+void DownloadQueue::goOn()
+{
     downloadNextEntries();
     checkIfFinished();
 }
@@ -238,8 +249,7 @@ void DownloadQueue::onFileCorrupt(const QString& url)
         qWarning().noquote() << "Giving up on a file that stays corrupt:" << fileName;
         failFile(fileName, DownloadError);
     }
-    downloadNextEntries();
-    checkIfFinished();
+    goOn();
 }
 
 void DownloadQueue::onFileFailed(const QString& url)
@@ -251,8 +261,7 @@ void DownloadQueue::onFileFailed(const QString& url)
         qWarning().noquote() << "Giving up on a file that cannot be stored:" << fileName;
         failFile(fileName, DiskWriteError);
     }
-    downloadNextEntries();
-    checkIfFinished();
+    goOn();
 }
 
 // A request may wait long for its turn on a busy connection. It counts as stalled only when nothing else

@@ -49,6 +49,8 @@ public:
 
     /** A transfer on which nothing has moved for so long is given up and tried again. */
     void setStallTimeout(int milliseconds) { m_stallTimeoutMs = milliseconds; }
+    /** How long a file waits before its first retry; the second waits twice as long, and so on. */
+    void setRetryDelay(int milliseconds) { m_retryDelayMs = milliseconds; }
 
 signals:
     /** fraction: 0 to 1. */
@@ -74,6 +76,7 @@ private:
         QElapsedTimer sinceProgress;
     };
 
+    void goOn();
     void downloadNextEntries();
     bool takeNextEntry(IndexEntryPtr* entry, QString* fileName);
     void issueRequest(const IndexEntryPtr& entry, const QString& fileName);
@@ -111,6 +114,7 @@ private:
     bool m_paused = false;
     bool m_running = false;
     int m_stallTimeoutMs = 30000;
+    int m_retryDelayMs = 100;
     QTimer m_stallTimer;
     QElapsedTimer m_sinceAnyProgress;
     QElapsedTimer m_sinceReport;

@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QProcess>
+#include <QVariant>
 
 /**
  * A running client: one that this launcher started, or one that is known by its process id only. The dynamic

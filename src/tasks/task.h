@@ -2,6 +2,7 @@
 
 #include <QObject>
 #include <QString>
+#include <QVariant>
 
 /** How an update step ended. The numbers are shared by tasks, signals, telemetry and reports. */
 enum UpdateError {

@@ -70,7 +70,7 @@ QJsonObject buildEvent(const QString& type, const QString& message, const QStrin
 QString afterFirst(QString* rest, const QString& separator)
 {
     const int at = rest->indexOf(separator);
-    const auto head = rest->left(at);
+    auto head = rest->left(at);
     *rest = at < 0 ? QString() : rest->mid(at + separator.size());
     return head;
 }

@@ -35,6 +35,7 @@ private slots:
         m_service->reset();
         m_cache = std::make_unique<QTemporaryDir>();
         m_queue = std::make_unique<DownloadQueue>(m_service->baseUrl(), m_cache->path(), "test queue");
+        m_queue->setRetryDelay(20);
     }
     void cleanupTestCase()
     {

@@ -2,6 +2,9 @@
 
 #include <QProcess>
 
+#include <memory>
+#include <vector>
+
 /** An X display of its own, on which the real launcher's windows can be looked at and clicked. */
 class VirtualDisplay
 {

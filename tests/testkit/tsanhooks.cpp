@@ -60,7 +60,8 @@ void QThreadPool::start(QRunnable* runnable, int priority)
 
 bool QThreadPool::tryStart(QRunnable* runnable)
 {
-    static const auto real = next<bool (*)(QThreadPool*, QRunnable*)>("_ZN11QThreadPool8tryStartEP9QRunnable");
+    static const auto real =
+        next<bool (*)(QThreadPool*, QRunnable*)>("_ZN11QThreadPool8tryStartEP9QRunnable");
     auto* ordered = new OrderedRunnable(runnable);
     __tsan_release(&order);
     const bool started = real(this, ordered);
@@ -104,14 +105,16 @@ void QFutureInterfaceBase::waitForFinished()
 
 void QFutureInterfaceBase::waitForResult(int index)
 {
-    static const auto real = next<void (*)(QFutureInterfaceBase*, int)>("_ZN20QFutureInterfaceBase13waitForResultEi");
+    static const auto real =
+        next<void (*)(QFutureInterfaceBase*, int)>("_ZN20QFutureInterfaceBase13waitForResultEi");
     real(this, index);
     __tsan_acquire(&order);
 }
 
 void QFutureWatcherBase::waitForFinished()
 {
-    static const auto real = next<void (*)(QFutureWatcherBase*)>("_ZN18QFutureWatcherBase15waitForFinishedEv");
+    static const auto real =
+        next<void (*)(QFutureWatcherBase*)>("_ZN18QFutureWatcherBase15waitForFinishedEv");
     real(this);
     __tsan_acquire(&order);
 }

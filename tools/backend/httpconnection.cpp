@@ -5,7 +5,7 @@
 
 namespace
 {
-constexpr qint64 blockSize = 256 * 1024;
+constexpr qint64 blockSize = qint64(256) * 1024;
 constexpr int slowTickMs = 50;
 constexpr int maxHeadSize = 64 * 1024;
 } // namespace
@@ -93,7 +93,8 @@ void HttpConnection::sendHead(const HttpResponse& response, qint64 length)
 {
     m_socket->write(
         "HTTP/1.1 " + QByteArray::number(response.status) + " -\r\nContent-Type: " + response.contentType +
-        "\r\nContent-Length: " + QByteArray::number(length) + "\r\nConnection: keep-alive\r\n\r\n");
+        "\r\nContent-Length: " + QByteArray::number(length) +
+        "\r\nConnection: " + (m_fault.kind == Fault::Kind::Cut ? "close" : "keep-alive") + "\r\n\r\n");
 }
 
 QByteArray HttpConnection::nextBytes(qint64 atMost)

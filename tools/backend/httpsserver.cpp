@@ -3,8 +3,6 @@
 #include "cache/safepath.h"
 
 #include <QFileInfo>
-#include <QSslCertificate>
-#include <QSslKey>
 
 HttpsServer::HttpsServer(const KeyAndCertificate& identity, Handler handler, QObject* parent)
     : QTcpServer(parent), m_key(identity.key, QSsl::Ec), m_certificate(identity.certificate),

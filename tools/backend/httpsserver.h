@@ -3,6 +3,8 @@
 #include "tools/backend/certificates.h"
 #include "tools/backend/httpconnection.h"
 
+#include <QSslCertificate>
+#include <QSslKey>
 #include <QTcpServer>
 
 #include <vector>
