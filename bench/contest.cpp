@@ -1,5 +1,6 @@
 #include "bench/contest.h"
 
+#include <QCoreApplication>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QProcess>
@@ -7,7 +8,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <sys/wait.h>
 #include <unistd.h>
 
 static constexpr int rounds = 5;
@@ -46,7 +46,8 @@ double timedProgram(const QString& program, const QStringList& arguments, const 
         process.start(program, arguments);
         if (process.waitForFinished(600000) && process.exitCode() == 0)
             return;
-        std::fprintf(stderr, "%s failed: %s\n", qPrintable(program), process.readAllStandardError().constData());
+        std::fprintf(stderr, "%s failed: %s\n", qPrintable(program),
+                     process.readAllStandardError().constData());
         std::exit(1);
     });
 }
@@ -59,24 +60,10 @@ double residentBytes()
     return file.readAll().split(' ').value(1).toDouble() * static_cast<double>(::sysconf(_SC_PAGESIZE));
 }
 
-double memoryOf(const std::function<void()>& action)
+double memoryOf(const QString& what)
 {
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return 0;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        const double before = residentBytes();
-        action();
-        const double grown = residentBytes() - before;
-        const bool sent = ::write(ends[1], &grown, sizeof grown) == sizeof grown;
-        ::_exit(sent ? 0 : 1);
-    }
-    double grown = 0;
-    if (::read(ends[0], &grown, sizeof grown) != sizeof grown)
-        std::fprintf(stderr, "The child process has not measured its memory\n");
-    ::close(ends[0]);
-    ::close(ends[1]);
-    ::waitpid(child, nullptr, 0);
-    return grown;
+    QProcess process;
+    process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--memory"), what});
+    process.waitForFinished(120000);
+    return process.readAllStandardOutput().trimmed().toDouble();
 }

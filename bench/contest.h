@@ -26,8 +26,10 @@ double timed(const std::function<void()>& action);
 double timedProgram(const QString& program, const QStringList& arguments, const QString& folder = {});
 /** Bytes of memory that this process has in use. */
 double residentBytes();
-/** Runs the action in a child process and returns by how many bytes its memory grew. */
-double memoryOf(const std::function<void()>& action);
+/** Runs this program again with "--memory what" and returns the bytes that it prints. */
+double memoryOf(const QString& what);
+/** What such a run prints: by how much the process grows when it parses. */
+double parsingMemory(const QString& what);
 
 QVector<ContestResult> benchIndex();
 QVector<ContestResult> benchScan();

@@ -2,8 +2,8 @@
 
 #include "tests/testkit/temporaryhome.h"
 
-#include <QCommandLineParser>
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QFile>
 #include <QThreadPool>
 
@@ -27,10 +27,19 @@ int main(int argc, char** argv)
     const QApplication app(argc, argv);
     QCommandLineParser parser;
     parser.addHelpOption();
-    parser.addOption({QStringLiteral("write"), QStringLiteral("Write the table to a file"), QStringLiteral("file")});
-    parser.addOption({QStringLiteral("only"), QStringLiteral("Run one group: index, scan, download, staging, start"),
+    parser.addOption(
+        {QStringLiteral("write"), QStringLiteral("Write the table to a file"), QStringLiteral("file")});
+    parser.addOption({QStringLiteral("only"),
+                      QStringLiteral("Run one group: index, scan, download, staging, start"),
                       QStringLiteral("group")});
+    parser.addOption({QStringLiteral("memory"),
+                      QStringLiteral("Measure the memory of parsing, for another run"),
+                      QStringLiteral("side:count")});
     parser.process(app);
+    if (parser.isSet(QStringLiteral("memory"))) {
+        std::printf("%.0f\n", parsingMemory(parser.value(QStringLiteral("memory"))));
+        return 0;
+    }
     if (QThreadPool::globalInstance()->maxThreadCount() < 2)
         QThreadPool::globalInstance()->setMaxThreadCount(2);
 
@@ -51,8 +60,12 @@ int main(int argc, char** argv)
     if (!parser.isSet(QStringLiteral("write")))
         return 0;
     QFile file(parser.value(QStringLiteral("write")));
-    const auto text = QStringLiteral("# Benchmarks\n\nA ratio says how many times as much the other one needs (time, memory or "
-                                     "work) as ours does: above 1, ours is better. Machines are noisy; only ratios of runs side by side "
-                                     "mean something.\n\n") + table;
+    const auto text =
+        QStringLiteral(
+            "# Benchmarks\n\nA ratio says how many times as much the other one needs (time, memory or "
+            "work) as ours does: above 1, ours is better. Machines are noisy; only ratios of runs side by "
+            "side "
+            "mean something.\n\n") +
+        table;
     return file.open(QIODevice::WriteOnly) && file.write(text.toUtf8()) > 0 ? 0 : 1;
 }
