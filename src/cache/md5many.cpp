@@ -22,6 +22,7 @@ bool isStopped(const std::atomic<bool>* stop) { return stop && stop->load(std::m
 
 #ifdef __x86_64__
 constexpr int lanes = 8;
+constexpr int maxLanesAlone = 2;
 constexpr size_t readSize = size_t(32) * 1024;
 
 constexpr std::array<uint32_t, 64> sines = {
@@ -35,6 +36,28 @@ constexpr std::array<uint32_t, 64> sines = {
     0x6fa87e4f, 0xfe2ce6e0, 0xa3014314, 0x4e0811a1, 0xf7537e82, 0xbd3af235, 0x2ad7d2bb, 0xeb86d391};
 
 constexpr std::array<uint32_t, 4> initialState = {0x67452301, 0xefcdab89, 0x98badcfe, 0x10325476};
+
+/** Which word of a block a step takes, and by how many bits it turns the sum. */
+constexpr int wordOf(int step)
+{
+    const int i = step % 16;
+    switch (step / 16) {
+    case 0:
+        return i;
+    case 1:
+        return (5 * i + 1) % 16;
+    case 2:
+        return (3 * i + 5) % 16;
+    default:
+        return 7 * i % 16;
+    }
+}
+
+constexpr int shiftOf(int step)
+{
+    constexpr int shifts[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
+    return shifts[step / 16][step % 4];
+}
 
 /** The four words of the state, each for all lanes. */
 struct States {
@@ -84,13 +107,8 @@ __attribute__((target("avx2"), always_inline)) inline void doStep(__m256i& a, __
                                                                   __m256i& d, const __m256i* words)
 {
     constexpr int round = step / 16;
-    constexpr int i = step % 16;
-    constexpr int word = round == 0   ? i
-                         : round == 1 ? (5 * i + 1) % 16
-                         : round == 2 ? (3 * i + 5) % 16
-                                      : 7 * i % 16;
-    constexpr int shifts[4][4] = {{7, 12, 17, 22}, {5, 9, 14, 20}, {4, 11, 16, 23}, {6, 10, 15, 21}};
-    constexpr int shift = shifts[round][i % 4];
+    constexpr int word = wordOf(step);
+    constexpr int shift = shiftOf(step);
     const auto constant = _mm256_set1_epi32(static_cast<int>(sines[static_cast<size_t>(step)]));
     auto sum = _mm256_add_epi32(_mm256_add_epi32(a, _mm256_add_epi32(words[word], constant)),
                                 mixWords<round>(b, c, d));
@@ -139,6 +157,50 @@ __attribute__((target("avx2"))) void hashBlocks(States* states, std::array<const
     _mm256_store_si256(words + 1, b);
     _mm256_store_si256(words + 2, c);
     _mm256_store_si256(words + 3, d);
+}
+
+/** The same steps for one lane alone: with few lanes busy that is faster than the vectors. */
+template <int step>
+inline void doStepAlone(uint32_t& a, uint32_t& b, uint32_t& c, uint32_t& d, const uint32_t* words)
+{
+    uint32_t mixed;
+    if constexpr (step < 16)
+        mixed = d ^ (b & (c ^ d));
+    else if constexpr (step < 32)
+        mixed = c ^ (d & (b ^ c));
+    else if constexpr (step < 48)
+        mixed = b ^ c ^ d;
+    else
+        mixed = c ^ (b | ~d);
+    const uint32_t sum = a + mixed + words[wordOf(step)] + sines[static_cast<size_t>(step)];
+    a = d;
+    d = c;
+    c = b;
+    b += (sum << shiftOf(step)) | (sum >> (32 - shiftOf(step)));
+}
+
+template <int... steps>
+inline void doStepsAlone(std::array<uint32_t, 4>& s, const uint32_t* words,
+                         std::integer_sequence<int, steps...> /*order*/)
+{
+    (doStepAlone<steps>(s[0], s[1], s[2], s[3], words), ...);
+}
+
+void hashBlocksAlone(States* states, size_t lane, const char* data, size_t count)
+{
+    std::array<uint32_t, 4> state;
+    for (size_t word = 0; word < 4; ++word)
+        state[word] = states->words[word][lane];
+    for (size_t block = 0; block < count; ++block, data += blockSize) {
+        std::array<uint32_t, 16> words;
+        std::memcpy(words.data(), data, blockSize);
+        auto next = state;
+        doStepsAlone(next, words.data(), std::make_integer_sequence<int, 64>());
+        for (size_t word = 0; word < 4; ++word)
+            state[word] += next[word];
+    }
+    for (size_t word = 0; word < 4; ++word)
+        states->words[word][lane] = state[word];
 }
 
 /** One file on its way through a lane: read piece by piece, padded at its end. */
@@ -257,21 +319,40 @@ private:
         std::array<const char*, lanes> data;
         std::array<size_t, lanes> advance;
         size_t count = SIZE_MAX;
+        int busy = 0;
         for (size_t lane = 0; lane < lanes; ++lane) {
             const bool active = m_lanes[lane].isActive();
             data[lane] = active ? m_lanes[lane].data() : idleBlock.data();
             advance[lane] = active ? blockSize : 0;
-            if (active)
+            if (active) {
                 count = qMin(count, m_lanes[lane].blocks());
+                ++busy;
+            }
         }
-        if (count == SIZE_MAX)
+        if (busy == 0)
             return false;
+        if (busy <= maxLanesAlone) {
+            hashLanesAlone();
+            return true;
+        }
         hashBlocks(&m_states, data, advance, count);
         for (auto& lane : m_lanes) {
             if (lane.isActive())
                 lane.skipBlocks(count);
         }
         return true;
+    }
+
+    void hashLanesAlone()
+    {
+        for (size_t lane = 0; lane < lanes; ++lane) {
+            auto& current = m_lanes[lane];
+            if (!current.isActive())
+                continue;
+            const size_t blocks = current.blocks();
+            hashBlocksAlone(&m_states, lane, current.data(), blocks);
+            current.skipBlocks(blocks);
+        }
     }
 
     void settleLanes()

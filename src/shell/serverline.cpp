@@ -24,6 +24,7 @@ ServerLine::ServerLine(ServerManager* server, QWidget* parent)
     m_progress->setFixedWidth(200);
     m_progress->setAccessibleName(tr("Progress of %1").arg(server->getDisplayName()));
     m_play->setObjectName(QStringLiteral("play"));
+    m_play->setMinimumWidth(160);
 
     auto* layout = new QHBoxLayout(this);
     layout->setContentsMargins(20, 14, 20, 14);

@@ -17,8 +17,8 @@ VirtualDisplay::VirtualDisplay()
 {
     m_server.start(QStringLiteral("Xvfb"),
                    {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                    QStringLiteral("0"), QStringLiteral("1400x800x24"), QStringLiteral("-nolisten"),
-                    QStringLiteral("tcp")});
+                    QStringLiteral("0"), QStringLiteral("1400x800x24"), QStringLiteral("-noreset"),
+                    QStringLiteral("-nolisten"), QStringLiteral("tcp")});
     while (!m_server.canReadLine() && m_server.waitForReadyRead(20000)) {
     }
     const auto number = QString::fromLatin1(m_server.readLine()).trimmed();

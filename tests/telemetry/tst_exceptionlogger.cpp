@@ -100,7 +100,7 @@ private slots:
     {
         for (int i = 0; i < 40; ++i)
             m_logger->logException("RuntimeError", "boom", "f", "file", 1);
-        QTRY_COMPARE_WITH_TIMEOUT(int(m_backend->reports().requests().size()), 40, 20000);
+        QTRY_VERIFY_WITH_TIMEOUT(m_backend->reports().requests().size() >= 40, 60000);
         for (const auto& logged : m_backend->reports().requests())
             QVERIFY(logged.request.body.size() < 300000);
     }
