@@ -7,6 +7,7 @@
 
 #include <QDebug>
 #include <QFileInfo>
+#include <QHttp2Configuration>
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
@@ -16,6 +17,15 @@ constexpr int maxInFlight = 10;
 constexpr int maxRetries = 10;
 constexpr int maxRepeatsOfBadFile = 3;
 constexpr int reportIntervalMs = 125;
+
+/** The toolkit's own windows of 64 KB make the server wait for us after every few frames. */
+QHttp2Configuration wideWindows()
+{
+    QHttp2Configuration configuration;
+    configuration.setSessionReceiveWindowSize(64U << 20U);
+    configuration.setStreamReceiveWindowSize(8U << 20U);
+    return configuration;
+}
 
 bool isFinal(QNetworkReply::NetworkError error)
 {
@@ -110,6 +120,7 @@ void DownloadQueue::issueRequest(const IndexEntryPtr& entry, const QString& file
     QNetworkRequest request(url);
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, true);
+    request.setHttp2Configuration(wideWindows());
     m_inFlight.insert(fileName, entry);
     auto* reply = m_manager->get(request);
     transfer.sinceProgress.start();
