@@ -15,5 +15,8 @@
  */
 QVector<QByteArray> md5OfFiles(const QVector<QString>& paths, const std::atomic<bool>* stop = nullptr);
 
-/** The same, never with vectors: what the fast way is compared with. */
+/** The same for content in memory. */
+QVector<QByteArray> md5OfMany(const QVector<QByteArray>& messages);
+
+/** md5OfFiles(), never with vectors: what the fast way is compared with. */
 QVector<QByteArray> md5OfFilesPlain(const QVector<QString>& paths, const std::atomic<bool>* stop = nullptr);

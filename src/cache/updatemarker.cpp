@@ -169,6 +169,8 @@ void UpdateMarker::removeBadFiles(const QString& folder, const QDateTime& youngF
             name.endsWith(QLatin1String(".tmp")))
             continue;
         const auto cachedName = path.mid(folder.size() + 1);
+        if (cachedName.startsWith(QLatin1String("bundles/"))) // checked before they are used
+            continue;
         auto md5 = expectedMd5(cachedName);
         if (md5.isEmpty())
             md5 = md5InName(cachedName);

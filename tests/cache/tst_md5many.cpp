@@ -30,6 +30,7 @@ private:
         }
         QCOMPARE(md5OfFiles(paths), checksums);
         QCOMPARE(md5OfFilesPlain(paths), checksums);
+        QCOMPARE(md5OfMany(contents), checksums);
     }
 
 private slots:
