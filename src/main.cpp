@@ -1,6 +1,8 @@
 #include "download/downloader.h"
+#include "download/patchmanager.h"
 #include "logging/filelogger.h"
 #include "logging/messagehandler.h"
+#include "servers/serverindexes.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
@@ -27,6 +29,7 @@ class ServerFactory
 public:
     explicit ServerFactory(Settings* settings) : m_settings(settings)
     {
+        PatchManager::instance()->setIndexLookup(&m_indexes);
         settings->registerWineManager(&m_wineManager);
         QObject::connect(settings, &Settings::serverDeclared, &m_wineManager,
                          [this](const QString& key, const QJsonObject& entry) { create(key, entry); });
@@ -39,6 +42,8 @@ public:
                              withServer(key, [](auto* server) { server->resetLastDownloaded(); });
                          });
     }
+    ~ServerFactory() { PatchManager::instance()->setIndexLookup(nullptr); }
+    Q_DISABLE_COPY_MOVE(ServerFactory)
 
 private:
     void create(const QString& key, const QJsonObject& entry)
@@ -56,6 +61,7 @@ private:
     }
 
     Settings* const m_settings;
+    const ServerIndexes m_indexes;
     WineManager m_wineManager;
     std::map<QString, std::unique_ptr<ServerManager>> m_servers;
 };

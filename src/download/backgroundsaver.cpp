@@ -1,5 +1,6 @@
 #include "download/backgroundsaver.h"
 
+#include "download/patchmanager.h"
 #include "telemetry/exceptionlogger.h"
 
 #include <QDebug>
@@ -7,6 +8,7 @@
 #include <QFileInfo>
 #include <QTemporaryFile>
 #include <QThread>
+#include <QtConcurrent>
 
 #include <cstdio>
 #include <sys/stat.h>
@@ -78,7 +80,12 @@ bool publishCopy(QFile* file, const QString& finalPath)
 
 BackgroundSaver::BackgroundSaver(QObject* parent) : QObject(parent) {}
 
-BackgroundSaver::~BackgroundSaver() = default;
+// Patches that are being applied use the records.
+BackgroundSaver::~BackgroundSaver()
+{
+    for (const auto& data : qAsConst(m_downloads))
+        data->watcher.waitForFinished();
+}
 
 bool BackgroundSaver::createFolders(const QString& url, const QString& path)
 {
@@ -94,25 +101,42 @@ bool BackgroundSaver::createFolders(const QString& url, const QString& path)
     return false;
 }
 
-bool BackgroundSaver::createTempFile(const QString& url, const QString& finalPath, const QString& checksum)
+std::shared_ptr<BackgroundSaver::DownloadData>
+BackgroundSaver::createTempFileHelper(const QString& url, const QString& finalPath, const QString& checksum)
 {
     const auto tempPath = finalPath + QStringLiteral(".tmp");
     if (!createFolders(url, tempPath)) {
         report("CreateDirectoriesFailed",
                QStringLiteral("Could not create directories for %1, %2").arg(url, tempPath),
                "createTempFileHelper", __LINE__);
-        return false;
+        return nullptr;
     }
     auto data = std::make_shared<DownloadData>();
     data->file.setFileName(tempPath);
     if (!openFresh(&data->file)) {
         report("TempFileOpenFailed", QStringLiteral("Could not open temp file for %1, %2").arg(url, tempPath),
                "createTempFileHelper", __LINE__);
-        return false;
+        return nullptr;
     }
     data->checksum = checksum;
     data->finalPath = finalPath;
     m_downloads.insert(url, data);
+    return data;
+}
+
+bool BackgroundSaver::createTempFile(const QString& url, const QString& finalPath, const QString& checksum)
+{
+    return createTempFileHelper(url, finalPath, checksum) != nullptr;
+}
+
+bool BackgroundSaver::createTempFileForPatch(const QString& url, const QString& finalPath, size_t size,
+                                             const QString& checksum, const QString& basePath)
+{
+    const auto data = createTempFileHelper(url, finalPath, checksum);
+    if (!data)
+        return false;
+    data->basePath = basePath;
+    data->size = size;
     return true;
 }
 
@@ -154,6 +178,40 @@ void BackgroundSaver::finalize(const QString& url)
         emit fileFailed(url);
 }
 
+void BackgroundSaver::finalizePatch(const QString& url)
+{
+    const auto data = m_downloads.value(url);
+    if (!data) {
+        emit fileFailed(url);
+        return;
+    }
+    // Queued, since the watcher ends with the record.
+    connect(
+        &data->watcher, &QFutureWatcher<bool>::finished, this, [this, url] { onApplyPatchFinished(url); },
+        Qt::QueuedConnection);
+    data->watcher.setFuture(QtConcurrent::run([data = data.get()] {
+        return PatchManager::applyPatch(data->basePath, data->finalPath, data->size, data->checksum,
+                                        &data->file);
+    }));
+}
+
+void BackgroundSaver::onApplyPatchFinished(const QString& url)
+{
+    const auto data = m_downloads.value(url);
+    if (!data) {
+        qDebug().noquote() << "BackgroundSaver::onApplyPatchFinished" << url << "does not exist";
+        return;
+    }
+    const bool applied = data->watcher.result();
+    if (isStillAt(data->file, data->file.fileName()))
+        data->file.remove(); // the patch itself
+    removeUrl(url);
+    if (applied)
+        emit fileSucceeded(url);
+    else
+        emit fileCorrupt(url);
+}
+
 bool BackgroundSaver::copyTempFileToFinalLocation(DownloadData* data)
 {
     const auto tempPath = data->file.fileName();
@@ -183,6 +241,12 @@ bool BackgroundSaver::copyTempFileToFinalLocation(DownloadData* data)
 
 void BackgroundSaver::removeUrl(const QString& url)
 {
-    if (m_downloads.remove(url) == 0)
+    const auto data = m_downloads.take(url);
+    if (!data) {
         qDebug().noquote() << "Background saver trying to remove" << url << "but it does not exist";
+    } else if (data->watcher.isRunning()) {
+        qDebug().noquote() << "Background saver removing" << url << "while patch is being applied";
+        data->watcher.disconnect(this);
+        data->watcher.waitForFinished();
+    }
 }

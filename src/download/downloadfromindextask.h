@@ -1,22 +1,27 @@
 #pragma once
 
 #include "cache/updatemarker.h"
-#include "index/index.h"
+#include "download/bundle.h"
 #include "tasks/task.h"
 
 #include <QFutureWatcher>
 
 #include <atomic>
+#include <optional>
 
+class BundleUnpacker;
 class DownloadQueue;
 
 /**
- * Brings the cache up to date with one index: finds the files that are missing and downloads them.
+ * Brings the cache up to date with one index: finds the files that are missing, and downloads them one by
+ * one, or the index's bundle when nearly all are missing. A bundle that fails in any way makes it start again
+ * without.
  *
  * While it writes, the cache is marked (see UpdateMarker); a mark that a dead process left is acted on first.
  * Error codes: 0, 2 (a file could not be downloaded, the index is null, or a row points outside the cache;
- * the other files are downloaded all the same in that last case) and 3 (a file could not be stored). Main
- * thread; the scan and the final wait for the disk run on the global thread pool.
+ * the other files are downloaded all the same in that last case) and 3 (a file could not be stored, or there
+ * is not enough room: then nothing has been written). The error string, where there is one, is for the
+ * player. Main thread; scan, unpacking and the final wait for the disk run on the global thread pool.
  */
 class DownloadFromIndexTask : public Task, public LiveCount<DownloadFromIndexTask>
 {
@@ -32,7 +37,8 @@ public:
     void go() override;
     /** Does nothing: what was started can be paused, and goes on where it stood. */
     void cancel() override {}
-    /** Requests in flight run to their end. A paused task does not end before it is resumed. */
+    /** Requests in flight run to their end, and so does unpacking. A paused task does not end before it is
+     * resumed. */
     void pause() override;
     void resume() override;
 
@@ -40,30 +46,53 @@ public:
 
 signals:
     void progressUpdate(float fraction, const QString& message);
+    /** Speed and time left, for people; empty when nothing is being transferred. */
+    void transferUpdate(const QString& text);
 
 private slots:
+    void onProgressUpdate(float fraction, const QString& message);
     void onAddMissingFilesToQueueFinished();
+    void onBundleInfoDownloadFinished(Task* task);
     void onDownloadQueueFinished();
+    void onUnpackBundleFinished();
 
 private:
-    enum class State { Scanning, Downloading, Syncing, Done, Finished };
+    enum class State { Scanning, FetchingBundleInfo, Downloading, Unpacking, Syncing, Done, Finished };
 
+    // On a worker thread
     void addMissingFilesToQueue();
     void recoverFromInterruption();
-    void syncToDisk();
+    bool wantsBundle(int checked, qint64 checkedBytes) const;
+    /** Whether the missing files, and so many bytes more, do not fit on the disk. */
+    bool isShortOfRoom(qint64 moreBytes) const;
+
+    void addBundleChunksToQueue();
+    void startQueue();
+    void goOnWithoutBundle();
+    void unpackBundle();
+    void failWithStorage(const QString& reason);
+    void cleanUp();
     void done();
     void finish();
 
     const QString m_name;
     const IndexPtr m_index;
+    const QString m_baseUrl;
     const QString m_cacheFolder;
     DownloadQueue* const m_queue;
     State m_state = State::Scanning;
     bool m_paused = false;
+    bool m_bundleMode = false;
+    bool m_bundlesRefused = false;
+    std::optional<Bundle> m_bundle;
+    std::unique_ptr<BundleUnpacker> m_unpacker;
     std::atomic<bool> m_abandoned{false};
     QFutureWatcher<void> m_scanWatcher;
-    QFutureWatcher<bool> m_syncWatcher;
+    QFutureWatcher<bool> m_unpackWatcher;
+    QFutureWatcher<void> m_cleanUpWatcher;
     std::shared_ptr<UpdateMarker> m_marker;
     QString m_markerError;
     int m_refusedRows = 0;
+    qint64 m_missingBytes = 0;
+    std::optional<qint64> m_freeBytes;
 };

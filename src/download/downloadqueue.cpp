@@ -2,6 +2,7 @@
 
 #include "download/backgroundsaver.h"
 #include "download/downloader.h"
+#include "download/patchmanager.h"
 #include "logging/formatmemory.h"
 #include "telemetry/exceptionlogger.h"
 
@@ -16,7 +17,6 @@ namespace
 constexpr int maxInFlight = 10;
 constexpr int maxRetries = 10;
 constexpr int maxRepeatsOfBadFile = 3;
-constexpr int reportIntervalMs = 125;
 
 /** The toolkit's own windows of 64 KB make the server wait for us after every few frames. */
 QHttp2Configuration wideWindows()
@@ -52,23 +52,30 @@ DownloadQueue::~DownloadQueue() { m_manager->disconnect(this); }
 
 void DownloadQueue::enqueue(const IndexEntryPtr& entry)
 {
-    m_queue.append(entry);
-    ++m_filesEnqueued;
-    m_bytesToDownload += entry->size;
+    m_queue.append({entry});
+    m_progress.expect(entry->size);
 }
 
 void DownloadQueue::clear()
 {
-    for (const auto& entry : qAsConst(m_queue))
-        m_bytesToDownload -= entry->size;
-    m_filesEnqueued -= m_queue.size();
     m_queue.clear();
+    m_files.clear();
+    m_retries.clear();
+    m_corruptCounts.clear();
+    m_storeFailures.clear();
+    m_progress.reset();
+    m_filesFailed = 0;
+    m_filesCorrupt = 0;
+    m_totalRetries = 0;
+    m_error = NoError;
 }
 
 void DownloadQueue::startDownload()
 {
     m_paused = false;
-    m_running = true;
+    if (!std::exchange(m_running, true))
+        PatchManager::instance()->resetStats();
+    m_progress.start();
     m_sinceAnyProgress.start();
     m_stallTimer.start(qBound(10, m_stallTimeoutMs / 4, 1000));
     if (m_queue.isEmpty())
@@ -78,53 +85,92 @@ void DownloadQueue::startDownload()
     goOn();
 }
 
+void DownloadQueue::pauseDownload()
+{
+    m_paused = true;
+    m_progress.stop();
+}
+
 void DownloadQueue::downloadNextEntries()
 {
-    IndexEntryPtr entry;
+    QueueEntry next;
     QString fileName;
     while (!m_paused && m_error == NoError && m_transfers.size() < maxInFlight &&
-           takeNextEntry(&entry, &fileName))
-        issueRequest(entry, fileName);
+           takeNextEntry(&next, &fileName))
+        issueRequest(next, fileName);
 }
 
 // Skips what is there by now, be it from another task or from another row with the same content.
-bool DownloadQueue::takeNextEntry(IndexEntryPtr* entry, QString* fileName)
+bool DownloadQueue::takeNextEntry(QueueEntry* next, QString* fileName)
 {
     while (!m_queue.isEmpty()) {
-        *entry = m_queue.takeFirst();
-        *fileName = m_resFiles.resolve((*entry)->cachedName);
+        *next = m_queue.takeFirst();
+        *fileName = m_resFiles.resolve(next->entry->cachedName);
         if (fileName->isEmpty()) {
-            qWarning().noquote() << m_name << "refuses a path outside the cache:" << (*entry)->cachedName;
-            failFile((*entry)->cachedName, DownloadError);
+            qWarning().noquote() << m_name << "refuses a path outside the cache:" << next->entry->cachedName;
+            failFile(next->entry->cachedName, DownloadError);
             return false;
         }
         if (!m_inFlight.contains(*fileName) && !QFileInfo(*fileName).isFile())
             return true;
-        m_bytesToDownload -= (*entry)->size;
+        m_progress.spare(next->entry->size);
     }
     return false;
 }
 
-void DownloadQueue::issueRequest(const IndexEntryPtr& entry, const QString& fileName)
+IndexEntryPtr DownloadQueue::findPatchBase(const QueueEntry& next)
 {
-    const QUrl url(m_baseUrl + entry->cachedName);
-    Transfer transfer{url.toString(), fileName, 0, false, {}};
-    qDebug().noquote() << "Downloading" << fileName;
-    m_files.insert(transfer.url, fileName);
-    if (!m_saver->createTempFile(transfer.url, fileName, entry->checksum)) {
+    const auto base =
+        next.patchAllowed ? PatchManager::instance()->getPatchBase(next.entry) : IndexEntryPtr();
+    if (!base)
+        return base;
+    const auto baseFile = m_resFiles.resolve(base->cachedName);
+    if (!baseFile.isEmpty() && QFileInfo(baseFile).isFile())
+        return base;
+    qDebug().noquote() << "Patch base does not exist for" << next.entry->name;
+    return IndexEntryPtr();
+}
+
+void DownloadQueue::issueRequest(const QueueEntry& next, const QString& fileName)
+{
+    const auto& entry = next.entry;
+    const auto base = findPatchBase(next);
+    Transfer transfer;
+    transfer.fileName = fileName;
+    transfer.isPatch = bool(base);
+    bool prepared = false;
+    if (base) {
+        transfer.url =
+            QUrl(QStringLiteral("%1patches/%2_%3.patch").arg(m_baseUrl, base->cachedName, entry->checksum))
+                .toString();
+        qDebug().noquote() << "Patching" << fileName << "from" << base->cachedName;
+        PatchManager::instance()->countRequested();
+        prepared = m_saver->createTempFileForPatch(transfer.url, fileName, static_cast<size_t>(entry->size),
+                                                   entry->checksum, m_resFiles.resolve(base->cachedName));
+    } else {
+        transfer.url = QUrl(m_baseUrl + entry->cachedName).toString();
+        qDebug().noquote() << "Downloading" << fileName;
+        prepared = m_saver->createTempFile(transfer.url, fileName, entry->checksum);
+    }
+    if (!prepared) {
         qWarning().noquote() << "No temp file for" << fileName;
         failFile(fileName, DiskWriteError);
         return;
     }
+    m_files.insert(transfer.url, fileName);
+    m_inFlight.insert(fileName, {entry, transfer.isPatch});
+    get(transfer);
+}
 
-    QNetworkRequest request(url);
+void DownloadQueue::get(const Transfer& transfer)
+{
+    QNetworkRequest request(QUrl(transfer.url));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setAttribute(QNetworkRequest::Http2AllowedAttribute, true);
     request.setHttp2Configuration(wideWindows());
-    m_inFlight.insert(fileName, entry);
     auto* reply = m_manager->get(request);
-    transfer.sinceProgress.start();
-    m_transfers.insert(reply, transfer);
+    auto& stored = *m_transfers.insert(reply, transfer);
+    stored.sinceProgress.start();
     connect(reply, &QNetworkReply::readyRead, this, &DownloadQueue::onDataAvailable);
     connect(reply, &QNetworkReply::downloadProgress, this, &DownloadQueue::onDownloadProgress);
     connect(reply, &QNetworkReply::sslErrors, this, &DownloadQueue::onSslErrors);
@@ -139,7 +185,7 @@ void DownloadQueue::onDataAvailable()
     try {
         const auto bytes = reply->readAll();
         transfer->received += bytes.size();
-        m_bytesReceived += bytes.size();
+        m_progress.receive(bytes.size());
         transfer->sinceProgress.start();
         m_sinceAnyProgress.start();
         if (!m_saver->addData(transfer->url, bytes)) {
@@ -166,22 +212,10 @@ void DownloadQueue::getFinished(QNetworkReply* reply)
         return;
     const auto transfer = m_transfers.take(reply);
     m_sinceAnyProgress.start();
-    if (transfer.storageFailed || reply->error() != QNetworkReply::NoError)
-        m_bytesReceived -= transfer.received;
-
-    if (transfer.storageFailed) {
-        m_saver->cancel(transfer.url);
-        onFileFailed(transfer.url);
-    } else if (reply->error() == QNetworkReply::NoError) {
-        m_saver->finalize(transfer.url);
-    } else {
-        handleTransferError(reply, transfer);
-        m_saver->cancel(transfer.url);
-    }
-
+    settleReply(reply, transfer);
     updateProgress();
     reply->deleteLater();
-    if (reply->error() == QNetworkReply::NoError) {
+    if (reply->error() == QNetworkReply::NoError || transfer.isPatch) {
         goOn();
     } else {
         // A network that has just failed needs a moment, and so does the connection to close: a request that
@@ -189,6 +223,32 @@ void DownloadQueue::getFinished(QNetworkReply* reply)
         const int retries = m_retries.value(transfer.fileName);
         QTimer::singleShot(m_retryDelayMs * retries, this, &DownloadQueue::goOn);
     }
+}
+
+void DownloadQueue::settleReply(QNetworkReply* reply, const Transfer& transfer)
+{
+    if (!transfer.storageFailed && reply->error() == QNetworkReply::NoError) {
+        m_inFlight[transfer.fileName].received = transfer.received;
+        if (transfer.isPatch)
+            m_saver->finalizePatch(transfer.url);
+        else
+            m_saver->finalize(transfer.url);
+        return;
+    }
+    m_progress.lose(transfer.received);
+    if (transfer.storageFailed) {
+        m_saver->cancel(transfer.url);
+        onFileFailed(transfer.url);
+        return;
+    }
+    if (transfer.isPatch) {
+        qDebug().noquote() << "No patch for" << transfer.fileName << reply->errorString();
+        PatchManager::instance()->countFailed();
+        rescheduleFile(transfer.fileName);
+    } else {
+        handleTransferError(reply, transfer);
+    }
+    m_saver->cancel(transfer.url);
 }
 
 void DownloadQueue::goOn()
@@ -219,13 +279,13 @@ void DownloadQueue::handleTransferError(QNetworkReply* reply, const Transfer& tr
 
 void DownloadQueue::rescheduleFile(const QString& fileName)
 {
-    const auto entry = m_inFlight.take(fileName);
-    if (!entry) {
+    const auto file = m_inFlight.take(fileName);
+    if (!file.entry) {
         qWarning().noquote() << "Couldn't reschedule" << fileName;
         return;
     }
     qDebug().noquote() << "Rescheduling" << fileName;
-    m_queue.append(entry);
+    m_queue.append({file.entry, false});
 }
 
 void DownloadQueue::failFile(const QString& fileName, int error)
@@ -245,16 +305,22 @@ bool DownloadQueue::tryAgain(const QString& fileName, QHash<QString, int>* count
 
 void DownloadQueue::onFileSucceeded(const QString& url)
 {
-    ++m_filesDone;
-    m_inFlight.remove(fileOfUrl(url));
+    const auto file = m_inFlight.take(fileOfUrl(url));
+    m_progress.fileDone();
+    if (file.isPatch) {
+        PatchManager::instance()->countApplied();
+        m_progress.spare(file.entry->size - file.received);
+    }
     checkIfFinished();
 }
 
 void DownloadQueue::onFileCorrupt(const QString& url)
 {
     const auto fileName = fileOfUrl(url);
-    if (const auto entry = m_inFlight.value(fileName))
-        m_bytesReceived -= entry->size;
+    const auto file = m_inFlight.value(fileName);
+    m_progress.lose(file.received);
+    if (file.isPatch)
+        PatchManager::instance()->countFailed();
     if (!tryAgain(fileName, &m_corruptCounts)) {
         ++m_filesCorrupt;
         qWarning().noquote() << "Giving up on a file that stays corrupt:" << fileName;
@@ -299,23 +365,24 @@ void DownloadQueue::checkIfFinished()
         return;
     m_running = false;
     m_stallTimer.stop();
-    qDebug().noquote() << "Downloaded" << m_filesDone << "files (" << formatMemory(m_bytesReceived) << ")";
+    m_progress.stop();
+    qDebug().noquote() << "Downloaded" << m_progress.filesDone() << "files ("
+                       << formatMemory(m_progress.bytesReceived()) << ")";
+    if (m_progress.filesDone() > 0)
+        qInfo().noquote() << m_name << "took" << m_progress.summary();
     if (m_totalRetries > 0 || m_filesFailed > 0) {
         qInfo().noquote() << m_name << "retries:" << m_totalRetries << "failed:" << m_filesFailed
                           << "corrupt:" << m_filesCorrupt;
     }
+    PatchManager::instance()->logStats(m_name);
+    emit transferUpdate(QString());
     emit finished();
 }
 
 void DownloadQueue::updateProgress()
 {
-    if (m_sinceReport.isValid() && !m_sinceReport.hasExpired(reportIntervalMs - 1))
+    if (!m_progress.isReportDue())
         return;
-    m_sinceReport.start();
-    const float fraction = m_bytesToDownload > 0
-                               ? static_cast<float>(m_bytesReceived) / static_cast<float>(m_bytesToDownload)
-                               : 0.0F;
-    emit progressUpdate(
-        fraction,
-        tr("%1 of %2 files (%3)").arg(m_filesDone).arg(m_filesEnqueued).arg(formatMemory(m_bytesReceived)));
+    emit progressUpdate(m_progress.fraction(), m_progress.text());
+    emit transferUpdate(m_progress.detail());
 }

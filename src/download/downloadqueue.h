@@ -1,6 +1,7 @@
 #pragma once
 
 #include "cache/safepath.h"
+#include "download/queueprogress.h"
 #include "index/indexentry.h"
 #include "tasks/task.h"
 
@@ -16,7 +17,8 @@ class QNetworkAccessManager;
 class QNetworkReply;
 
 /**
- * Downloads many files into the cache, ten requests at a time, and retries what fails.
+ * Downloads many files into the cache, ten requests at a time, and retries what fails. Where the old build's
+ * version of a file is in the cache, a patch is tried first.
  *
  * Fill it with enqueue(), then startDownload(); finished() comes once a run, getError() tells how it ended.
  * After the first file that failed for good no further request starts. Main thread, but for enqueue(), which
@@ -37,15 +39,15 @@ public:
     /** Starts, or goes on after a pause. An empty queue finishes at once. */
     void startDownload();
     /** Requests in flight run to their end, no new ones start. */
-    void pauseDownload() { m_paused = true; }
-    /** Drops what waits. */
+    void pauseDownload();
+    /** Drops what waits, and forgets how the last run went. Not while it runs. */
     void clear();
 
     /** 0, 2 (a file could not be downloaded or stayed corrupt) or 3 (a file could not be stored). */
     int getError() const { return m_error; }
     /** Files that wait. */
     int getSize() const { return m_queue.size(); }
-    qint64 getBytesToDownload() const { return m_bytesToDownload; }
+    qint64 getBytesToDownload() const { return m_progress.bytesToDownload(); }
 
     /** A transfer on which nothing has moved for so long is given up and tried again. */
     void setStallTimeout(int milliseconds) { m_stallTimeoutMs = milliseconds; }
@@ -55,6 +57,8 @@ public:
 signals:
     /** fraction: 0 to 1. */
     void progressUpdate(float fraction, const QString& message);
+    /** Speed and time left, for people; comes with progressUpdate(). */
+    void transferUpdate(const QString& text);
     void finished();
 
 private slots:
@@ -67,19 +71,35 @@ private slots:
     void onFileFailed(const QString& url);
 
 private:
+    struct QueueEntry {
+        IndexEntryPtr entry;
+        /** Not after a patch has failed. */
+        bool patchAllowed = true;
+    };
+    /** A file that has been requested and is not yet settled. */
+    struct File {
+        IndexEntryPtr entry;
+        bool isPatch = false;
+        qint64 received = 0;
+    };
     /** A request in flight. */
     struct Transfer {
         QString url;
         QString fileName;
-        qint64 received = 0;
+        bool isPatch = false;
         bool storageFailed = false;
+        qint64 received = 0;
         QElapsedTimer sinceProgress;
     };
 
     void goOn();
     void downloadNextEntries();
-    bool takeNextEntry(IndexEntryPtr* entry, QString* fileName);
-    void issueRequest(const IndexEntryPtr& entry, const QString& fileName);
+    bool takeNextEntry(QueueEntry* next, QString* fileName);
+    void issueRequest(const QueueEntry& next, const QString& fileName);
+    /** The row of the file that a patch can start from; null for none. */
+    IndexEntryPtr findPatchBase(const QueueEntry& next);
+    void get(const Transfer& transfer);
+    void settleReply(QNetworkReply* reply, const Transfer& transfer);
     void handleTransferError(QNetworkReply* reply, const Transfer& transfer);
     void rescheduleFile(const QString& fileName);
     bool tryAgain(const QString& fileName, QHash<QString, int>* counts);
@@ -95,21 +115,18 @@ private:
     QNetworkAccessManager* const m_manager;
     BackgroundSaver* const m_saver;
 
-    QList<IndexEntryPtr> m_queue;
-    QMap<QString, IndexEntryPtr> m_inFlight; // by local file: requested and not yet settled
+    QList<QueueEntry> m_queue;
+    QMap<QString, File> m_inFlight; // by local file
     QHash<QNetworkReply*, Transfer> m_transfers;
     QHash<QString, QString> m_files; // local file by URL
     QHash<QString, int> m_retries;
     QHash<QString, int> m_corruptCounts;
     QHash<QString, int> m_storeFailures;
 
-    int m_filesEnqueued = 0;
-    int m_filesDone = 0;
+    QueueProgress m_progress;
     int m_filesFailed = 0;
     int m_filesCorrupt = 0;
     int m_totalRetries = 0;
-    qint64 m_bytesToDownload = 0;
-    qint64 m_bytesReceived = 0;
     int m_error = NoError;
     bool m_paused = false;
     bool m_running = false;
@@ -117,5 +134,4 @@ private:
     int m_retryDelayMs = 100;
     QTimer m_stallTimer;
     QElapsedTimer m_sinceAnyProgress;
-    QElapsedTimer m_sinceReport;
 };

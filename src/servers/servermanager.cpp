@@ -2,6 +2,7 @@
 
 #include "download/downloader.h"
 #include "download/downloadfromindextask.h"
+#include "download/patchmanager.h"
 #include "index/indexparser.h"
 #include "logging/messagehandler.h"
 #include "servers/copier.h"
@@ -47,6 +48,7 @@ ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObj
             &ServerManager::onResourceIndexLoaded);
     m_lastDownloaded = Settings::instance()->store().value(lastDownloadedKey(m_name)).toString();
     m_index = loadIndex(cachedIndexPath());
+    m_installedIndex = QFile::exists(installedIndexPath()) ? loadIndex(installedIndexPath()) : m_index;
     m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
     m_stagingFolderBuild = getStagingFolderBuild();
 }
@@ -76,6 +78,12 @@ QString ServerManager::cachedIndexPath() const
 {
     return QDir::cleanPath(
         QStringLiteral("%1/index_%2.txt").arg(Settings::instance()->getCacheFolder(), m_name));
+}
+
+QString ServerManager::installedIndexPath() const
+{
+    return QDir::cleanPath(
+        QStringLiteral("%1/index_%2_installed.txt").arg(Settings::instance()->getCacheFolder(), m_name));
 }
 
 QString ServerManager::findFileInIndex(const QString& name) const
@@ -261,6 +269,7 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
         notifyError(DownloadError, tr("Index not available"));
         return;
     }
+    PatchManager::instance()->setBaseIndex();
     saveCachedIndex(bytes);
     m_index = index;
     m_index->setName(QStringLiteral("velkor_%1.txt").arg(m_build));
@@ -275,9 +284,13 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
     downloadBinaries();
 }
 
-// The file lets a later start know the index without a download; nothing else depends on it.
+// The file lets a later start know the index without a download; nothing else depends on it. The index of the
+// installed build stays beside it until the files of the new one are there: patches start from it, also when
+// the launcher has been ended meanwhile.
 void ServerManager::saveCachedIndex(const QByteArray& bytes) const
 {
+    if (!m_lastDownloaded.isEmpty() && m_build != m_lastDownloaded && !QFile::exists(installedIndexPath()))
+        QFile::rename(cachedIndexPath(), installedIndexPath());
     QSaveFile file(cachedIndexPath());
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
         qDebug().noquote() << "The index could not be kept in" << file.fileName() << file.errorString();
@@ -294,9 +307,11 @@ void ServerManager::onBinariesDownloadFinished(Task* task)
 {
     task->deleteLater();
     if (task->isError()) {
-        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+        notifyTaskError(task);
         return;
     }
+    m_installedIndex = m_index;
+    QFile::remove(installedIndexPath());
     m_lastDownloaded = m_build;
     saveLastDownloadedBuild();
     loadPrefetchIndex();
@@ -327,7 +342,7 @@ void ServerManager::onPrefetchDownloadFinished(Task* task)
 {
     task->deleteLater();
     if (task->isError())
-        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+        notifyTaskError(task);
     else
         copyBinaries();
 }
@@ -350,7 +365,7 @@ void ServerManager::onCopyFinished(Task* task)
         notifyError(ClientsRunningError,
                     tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
     else if (task->isError())
-        notifyError(task->getErrorCode(), tr("Error! See log for details"));
+        notifyTaskError(task);
     else
         markMainDownloadDone();
 }
@@ -396,6 +411,12 @@ void ServerManager::onFullDownloadFinished(Task* task)
     emit progressUpdate(this, 1.0F, tr("Ready"));
 }
 
+void ServerManager::notifyTaskError(const Task* task)
+{
+    const auto reason = task->getErrorString();
+    notifyError(task->getErrorCode(), reason.isEmpty() ? tr("Error! See log for details") : reason);
+}
+
 void ServerManager::notifyError(int code, const QString& message)
 {
     m_updating = false;
@@ -429,6 +450,8 @@ void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPt
     auto* task =
         new DownloadFromIndexTask(taskName, index, baseUrl, Settings::instance()->getCacheFolder(), this);
     connect(task, &DownloadFromIndexTask::progressUpdate, this, &ServerManager::onProgressUpdate);
+    connect(task, &DownloadFromIndexTask::transferUpdate, this,
+            [this](const QString& text) { emit transferUpdate(this, text); });
     connect(task, &Task::finished, this, onFinished);
     m_downloadStep = step;
     emit Scheduler::instance()->schedule(queue, task);

@@ -36,6 +36,8 @@ public:
     QString getServer() const { return m_server; }
     QString getBuild() const { return m_build; }
     IndexPtr getIndex() const { return m_index; }
+    /** Of the last build whose binaries were downloaded completely, also by an earlier run. */
+    IndexPtr getInstalledIndex() const { return m_installedIndex; }
     IndexPtr getCurrentIndex() const { return m_currentIndex; }
     IndexPtr getPrefetchIndex() const { return m_prefetchIndex; }
     IndexPtr getCurrentPrefetchIndex() const { return m_currentPrefetchIndex; }
@@ -91,6 +93,8 @@ signals:
     void versionUpdate(ServerManager* server, const QString& build);
     /** fraction: 0 to 1 over the whole update. */
     void progressUpdate(ServerManager* server, float fraction, const QString& message);
+    /** Speed and time left of a download, for people; empty when none runs. */
+    void transferUpdate(ServerManager* server, const QString& text);
     void processRequested(ServerManager* server);
     void processStarted(ServerManager* server, AttachedProcess* process);
     void showErrorMessage(const QString& title, const QString& text, int number);
@@ -118,6 +122,8 @@ private:
     void onFullDownloadFinished(Task* task);
 
     void notifyError(int code, const QString& message);
+    /** With the task's own words for the player, where it has some. */
+    void notifyTaskError(const Task* task);
     void onProgressUpdate(float fraction, const QString& message);
     void scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
                                DownloadStep step, const QString& queue,
@@ -125,8 +131,10 @@ private:
     void scheduleDownload(const QString& taskName, const QUrl& url, void (ServerManager::*onFinished)(Task*));
     IndexPtr loadIndex(const QString& path) const;
     QString cachedIndexPath() const;
+    QString installedIndexPath() const;
 
     IndexPtr m_index;
+    IndexPtr m_installedIndex;
     IndexPtr m_currentIndex;
     IndexPtr m_prefetchIndex;
     IndexPtr m_currentPrefetchIndex;

@@ -42,6 +42,7 @@ ServerLine::ServerLine(ServerManager* server, QWidget* parent)
 
     connect(server, &ServerManager::startUpdate, this, &ServerLine::onStartUpdate);
     connect(server, &ServerManager::progressUpdate, this, &ServerLine::onProgressUpdate);
+    connect(server, &ServerManager::transferUpdate, this, &ServerLine::onTransferUpdate);
     connect(server, &ServerManager::versionUpdate, this, &ServerLine::onVersionUpdate);
     connect(server, &ServerManager::ready, this, &ServerLine::updatePlayButton);
     connect(server, &ServerManager::failedUpdate, this, &ServerLine::updatePlayButton);
@@ -69,6 +70,11 @@ void ServerLine::onProgressUpdate(ServerManager* /*server*/, float fraction, con
     m_progress->setValue(static_cast<int>(fraction * 100));
     setStatus(message);
     updatePlayButton();
+}
+
+void ServerLine::onTransferUpdate(ServerManager* /*server*/, const QString& text)
+{
+    m_progress->setToolTip(text);
 }
 
 void ServerLine::onVersionUpdate(ServerManager* /*server*/, const QString& build)

@@ -22,6 +22,7 @@ public:
 private slots:
     void onStartUpdate(ServerManager* server);
     void onProgressUpdate(ServerManager* server, float fraction, const QString& message);
+    void onTransferUpdate(ServerManager* server, const QString& text);
     void onVersionUpdate(ServerManager* server, const QString& build);
     void onPlay();
 

@@ -3,6 +3,7 @@
 #include "download/downloadqueue.h"
 #include "tests/testkit/backendtest.h"
 #include "tests/testkit/testmain.h"
+#include "tools/publisher/bundlewriter.h"
 
 class TestDownloadFromIndexTask : public QObject
 {
@@ -19,6 +20,34 @@ private:
             index->append(
                 m_service->tree().addContent(QStringLiteral("app:/%1").arg(i), sampleBytes(i, bytes)));
         return index;
+    }
+    /** Publishes the bundle of an index, which gets a name for it. */
+    void bundle(const IndexPtr& index)
+    {
+        static int builds = 0;
+        index->setBuild(QString::number(++builds));
+        index->setName("index.txt");
+        QString error;
+        if (!BundleWriter(ContentStore(m_service->tree().path()), *index, 20000).write(&error))
+            qFatal("%s", qPrintable(error));
+    }
+    IndexPtr publishBundle(int files, int bytes)
+    {
+        const auto index = publish(files, bytes);
+        bundle(index);
+        return index;
+    }
+    static QString listPath(const IndexPtr& index)
+    {
+        return QStringLiteral("/bundles/%1/%2.bundle.chunks").arg(index->getBuild(), index->getName());
+    }
+    /** Requests for files rather than for parts of a bundle. */
+    int fileRequests()
+    {
+        int count = 0;
+        for (const auto& logged : m_service->content().requests())
+            count += logged.request.path.startsWith("/bundles/") ? 0 : 1;
+        return count;
     }
     std::unique_ptr<DownloadFromIndexTask> newTask(const IndexPtr& index)
     {
@@ -178,6 +207,130 @@ private slots:
         QCOMPARE(scan.missing.size(), 4);
         QCOMPARE(scan.missing.first()->name, QStringLiteral("app:/1"));
         QCOMPARE(scan.missing.last()->name, QStringLiteral("res:/flat"));
+    }
+
+    void choosesTheBundle_data()
+    {
+        QTest::addColumn<int>("missing");
+        QTest::addColumn<int>("largeMissing");
+        QTest::addColumn<bool>("byBundle");
+        QTest::newRow("90 of 100") << 90 << 0 << false;
+        QTest::newRow("91 of 100") << 91 << 0 << true;
+        QTest::newRow("nearly 91 of 100 count as 90") << 90 << 1 << false;
+    }
+    void choosesTheBundle()
+    {
+        QFETCH(int, missing);
+        QFETCH(int, largeMissing);
+        QFETCH(bool, byBundle);
+        const auto index = publishBundle(100 + largeMissing, 1000);
+        for (int i = missing + largeMissing; i < index->entries().size(); ++i)
+            writeSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName), "x");
+        m_service->reset();
+        QCOMPARE(run(index), 0);
+        QCOMPARE(m_service->requestsFor(listPath(index)), byBundle ? 1 : 0);
+        QCOMPARE(fileRequests(), byBundle ? 0 : missing + largeMissing);
+        for (int i = 0; i < missing; ++i)
+            QCOMPARE(readSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName)),
+                     sampleBytes(i, 1000));
+        QVERIFY(!QFile::exists(m_cache->filePath("ResFiles/bundles")));
+        QVERIFY(hiddenFiles().isEmpty());
+    }
+
+    void looksAtBytesToo()
+    {
+        auto index = publish(10, 10);
+        index->append(m_service->tree().addContent("app:/large", sampleBytes(77, 5000)));
+        bundle(index);
+        for (int i = 0; i < 10; ++i)
+            writeSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName), "x");
+        m_service->reset();
+        QCOMPARE(run(index), 0);
+        QCOMPARE(m_service->requestsFor(listPath(index)), 1);
+        QCOMPARE(fileRequests(), 0);
+    }
+
+    void goesOnWithoutABrokenBundle_data()
+    {
+        QTest::addColumn<QString>("path"); // below the bundle's own
+        QTest::addColumn<int>("fault");
+        QTest::newRow("no list") << ".chunks" << 404;
+        QTest::newRow("list is no list") << ".chunks" << 1;
+        QTest::newRow("chunk missing") << ".1" << 404;
+        QTest::newRow("chunk broken") << ".1" << 1;
+        QTest::newRow("record broken") << "" << 0;
+    }
+    void goesOnWithoutABrokenBundle()
+    {
+        QFETCH(QString, path);
+        QFETCH(int, fault);
+        auto index = publish(20, 3000);
+        if (fault == 0) { // the chunks are as listed, but their content is another one's
+            auto other = IndexPtr::create();
+            for (const auto& entry : index->entries())
+                other->append(entry);
+            other->append(m_service->tree().addContent("app:/y", "y"));
+            std::swap(index, other);
+            bundle(other);
+            index->setName(other->getName());
+            index->setBuild(other->getBuild());
+        } else {
+            bundle(index);
+            m_service->content().faults().set(listPath(index).chopped(7) + path,
+                                              fault == 1 ? Fault::wrongBytes() : Fault::answerWith(fault));
+        }
+        m_service->content().clearRequests();
+        QCOMPARE(run(index), 0);
+        QCOMPARE(m_service->requestsFor(listPath(index)), 1);
+        for (int i = 0; i < 20; ++i)
+            QCOMPARE(readSample(m_cache->filePath("ResFiles/" + index->entries()[i]->cachedName)),
+                     sampleBytes(i, 3000));
+        QVERIFY(!QFile::exists(m_cache->filePath("ResFiles/bundles")));
+        QVERIFY(hiddenFiles().isEmpty());
+    }
+
+    void goesOnWithTheChunksItHas()
+    {
+        const auto index = publishBundle(20, 3000);
+        const auto folder = "bundles/" + index->getBuild();
+        const auto chunk = "/" + index->getName() + ".bundle.0";
+        writeSample(m_cache->filePath("ResFiles/" + folder + chunk),
+                    readSample(m_service->tree().path() + "/" + folder + chunk));
+        writeSample(m_cache->filePath("ResFiles/.updating-99999"), {}); // the launcher died meanwhile
+        m_service->reset();
+        QCOMPARE(run(index), 0);
+        QCOMPARE(m_service->requestsFor("/" + folder + chunk), 0);
+        QCOMPARE(fileRequests(), 0);
+    }
+
+    void pausesAnywhereInABundle()
+    {
+        const auto index = publishBundle(40, 30000);
+        for (int pauseAt = 0; pauseAt < 60; pauseAt += 3) {
+            m_cache = std::make_unique<QTemporaryDir>();
+            const auto task = newTask(index);
+            QSignalSpy finished(task.get(), &Task::finished);
+            task->go();
+            QTest::qWait(pauseAt);
+            task->pause();
+            const int before = finished.count();
+            QTest::qWait(30);
+            QCOMPARE(finished.count(), before);
+            task->resume();
+            QTRY_COMPARE(finished.count(), 1);
+            QCOMPARE(task->getErrorCode(), 0);
+        }
+    }
+
+    void endsInTheMiddleOfUnpacking()
+    {
+        const auto index = publishBundle(300, 100000);
+        for (int i = 0; i < 6; ++i) {
+            const auto task = newTask(index);
+            task->go();
+            QTest::qWait(i * 60);
+        }
+        QCOMPARE(run(index), 0);
     }
 };
 

@@ -1,6 +1,28 @@
 #include "download/downloadqueue.h"
+#include "download/patchmanager.h"
+#include "index/serverindexlookup.h"
 #include "tests/testkit/backendtest.h"
 #include "tests/testkit/testmain.h"
+#include "tools/publisher/patchmaker.h"
+
+/** Makes one row the old build for as long as it lives. */
+class BaseBuild : public ServerIndexLookup
+{
+public:
+    explicit BaseBuild(const IndexEntryPtr& row) : m_index(IndexPtr::create())
+    {
+        m_index->append(row);
+        PatchManager::instance()->setIndexLookup(this);
+        PatchManager::instance()->setBaseIndex();
+        PatchManager::instance()->setIndexLookup(nullptr);
+    }
+    ~BaseBuild() override { PatchManager::instance()->setBaseIndex(); }
+    Q_DISABLE_COPY_MOVE(BaseBuild)
+    IndexPtr installedIndex(const QString& /*key*/) const override { return m_index; }
+
+private:
+    const IndexPtr m_index;
+};
 
 class TestDownloadQueue : public QObject
 {
@@ -206,6 +228,77 @@ private slots:
         add("content");
         QCOMPARE(run(), 3);
         QVERIFY(m_service->content().requests().empty());
+    }
+
+    void patchesWhatItHas_data()
+    {
+        QTest::addColumn<QByteArray>("patch"); // null for the right one
+        QTest::addColumn<bool>("hasBase");
+        QTest::addColumn<bool>("applies");
+        QTest::newRow("good patch") << QByteArray() << true << true;
+        QTest::newRow("no patch on the server") << QByteArray("none") << true << false;
+        QTest::newRow("no base in the cache") << QByteArray() << false << false;
+        QTest::newRow("wrong magic") << QByteArray("QZMPATCX\1\0\0\0", 12) << true << false;
+        QTest::newRow("cut") << makePatch(sampleBytes(1, 50000), sampleBytes(1, 50001)).chopped(5) << true
+                             << false;
+        QTest::newRow("leads elsewhere")
+            << makePatch(sampleBytes(1, 50000), sampleBytes(1, 50000) + "?") << true << false;
+    }
+    void patchesWhatItHas()
+    {
+        QFETCH(QByteArray, patch);
+        QFETCH(bool, hasBase);
+        QFETCH(bool, applies);
+        const auto from = sampleBytes(1, 50000);
+        const auto to = from + "!";
+        if (patch.isNull())
+            patch = makePatch(from, to);
+        const auto path = QStringLiteral("/patches%1_%2.patch").arg(SampleTree::pathOf(from), md5Of(to));
+        QFile::remove(m_service->tree().path() + path);
+        if (patch != "none")
+            writeSample(m_service->tree().path() + path, patch);
+        if (hasBase)
+            writeSample(localFile(from), from);
+        const BaseBuild base(m_service->tree().addContent("app:/x", from));
+        add(to);
+        float last = 0;
+        connect(m_queue.get(), &DownloadQueue::progressUpdate, this,
+                [&](float fraction) { last = fraction; });
+        QCOMPARE(run(), 0);
+        QCOMPARE(readSample(localFile(to)), to);
+        QCOMPARE(m_service->requestsFor(path), hasBase ? 1 : 0);
+        QCOMPARE(m_service->requestsFor(SampleTree::pathOf(to)), applies ? 0 : 1);
+        QCOMPARE(files().size(), hasBase ? 2 : 1); // nothing is left of the patch
+    }
+
+    // The retries of a file are all there when its patch has failed.
+    void patchesUseUpNoRetry()
+    {
+        const auto from = sampleBytes(1, 50000);
+        const auto to = from + "?!";
+        writeSample(localFile(from), from);
+        writeSample(m_service->tree().path() +
+                        QStringLiteral("/patches%1_%2.patch").arg(SampleTree::pathOf(from), md5Of(to)),
+                    "nonsense");
+        const BaseBuild base(m_service->tree().addContent("app:/x", from));
+        add(to);
+        m_queue->setRetryDelay(1);
+        m_service->content().faults().set(SampleTree::pathOf(to), Fault::answerWith(500, 10));
+        QCOMPARE(run(), 0);
+        QCOMPARE(readSample(localFile(to)), to);
+    }
+
+    void canBeUsedAgain()
+    {
+        const auto content = sampleBytes(5, 1000);
+        m_service->content().faults().set(SampleTree::pathOf(content), Fault::answerWith(404, 1));
+        add(content);
+        QCOMPARE(run(), 2);
+        m_queue->clear();
+        QCOMPARE(m_queue->getError(), 0);
+        QCOMPARE(m_queue->getBytesToDownload(), qint64(0));
+        add(content);
+        QCOMPARE(run(), 0);
     }
 };
 

@@ -112,11 +112,31 @@ private slots:
         QVERIFY(isInstalled(first, client));
     }
 
+    void wantsRoomBeforeItBegins()
+    {
+        if (!canMount())
+            QSKIP("This machine does not let a test mount a file system");
+        publishMany("100", 60, 100000);
+        LauncherProcess launcher(m_service->backend());
+        mountCache(&launcher, "mount -t tmpfs -o size=3m none \"$0\"");
+        QCOMPARE(launcher.refreshOnce(), 0);
+        QVERIFY(launcher.log().contains("Update failed for Kestrel with error: 3"));
+        QVERIFY2(QRegularExpression("Not enough room in .*: 5\\.\\d\\d MB needed, [23]\\.\\d\\d MB free")
+                     .match(launcher.log())
+                     .hasMatch(),
+                 qPrintable(launcher.log().right(3000)));
+        const auto listing = readSample(launcher.home() + "/listing.txt");
+        QVERIFY2(!listing.contains("_") || listing.count('\n') < 3, listing);
+    }
+
     void stopsOnAFullDisk()
     {
         if (!canMount())
             QSKIP("This machine does not let a test mount a file system");
         publishMany("100", 60, 100000);
+        // There seems to be room.
+        const auto index = m_service->tree().path() + "/velkor_100.txt";
+        writeSample(index, readSample(index).replace(",100000,", ",1,"));
         LauncherProcess launcher(m_service->backend());
         mountCache(&launcher, "mount -t tmpfs -o size=3m none \"$0\"");
         QCOMPARE(launcher.refreshOnce(), 0);

@@ -18,8 +18,10 @@ private:
     QStringList requestedPaths()
     {
         QStringList paths;
-        for (const auto& logged : m_service->content().requests())
-            paths << logged.request.path;
+        for (const auto& logged : m_service->content().requests()) {
+            if (logged.status == 200)
+                paths << logged.request.path;
+        }
         paths.sort();
         return paths;
     }

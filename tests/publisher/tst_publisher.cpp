@@ -1,17 +1,54 @@
+#include "download/bundle.h"
+#include "download/bundleunpacker.h"
+#include "download/patchmanager.h"
 #include "index/indexparser.h"
 #include "tests/testkit/sample.h"
 #include "tests/testkit/testmain.h"
 #include "tools/publisher/buildpublisher.h"
+#include "tools/publisher/patchmaker.h"
 #include "tools/publisher/treeverifier.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRandomGenerator>
 
 class TestPublisher : public QObject
 {
     Q_OBJECT
 
 private:
+    static QByteArray randomContent(QRandomGenerator* random)
+    {
+        const int size = random->bounded(10) == 0 ? random->bounded(3) : random->bounded(3000);
+        auto content = sampleBytes(int(random->generate() >> 1), size);
+        // Few different bytes make many short matches.
+        const auto mask = char(random->bounded(4) == 0 ? 0x01 : random->bounded(2) == 0 ? 0x07 : 0xff);
+        for (auto& byte : content)
+            byte = char(byte & mask);
+        return content;
+    }
+    static QByteArray changed(QByteArray content, QRandomGenerator* random)
+    {
+        for (int edits = random->bounded(6); edits > 0; --edits) {
+            const int at = random->bounded(content.size() + 1);
+            const int length = random->bounded(200);
+            switch (random->bounded(4)) {
+            case 0:
+                content.insert(at, sampleBytes(at, length));
+                break;
+            case 1:
+                content.remove(at, length);
+                break;
+            case 2:
+                content += content.mid(at, length * 5);
+                break;
+            default:
+                for (int i = at; i < qMin(at + length, content.size()); ++i)
+                    content[i] = char(content[i] + 1);
+            }
+        }
+        return content;
+    }
     static QStringList rows(const QString& path)
     {
         return QString::fromUtf8(readSample(path)).split('\n', Qt::SkipEmptyParts);
@@ -78,7 +115,7 @@ private slots:
     void putsProtectedIndexesBehindTheGateway()
     {
         SampleTree tree;
-        tree.publish("ks", "7", {{"a", "b"}}, {}, true);
+        tree.publish("ks", "7", {{"a", "b"}}, {}, {true, {}, 0});
         QVERIFY(QFile::exists(tree.path() + "/prod/velkor_7"));
         QVERIFY(!QFile::exists(tree.path() + "/velkor_7.txt"));
         QVERIFY(TreeVerifier(tree.path()).verify().isEmpty());
@@ -154,6 +191,86 @@ private slots:
               "velkorclient_PL.json needs velkor_2.txt", "velkorclient_OSPREY.json names no build"})
             QVERIFY2(all.contains(part), part);
         QCOMPARE(TreeVerifier(tree.path() + "/nothing").verify().size(), 1);
+    }
+
+    // Whatever the two contents are, applying the patch to the one gives the other.
+    void patchesLeadToTheNewContent()
+    {
+        QRandomGenerator random(11);
+        for (int round = 0; round < 4000; ++round) {
+            const auto from = randomContent(&random);
+            const auto to = round % 7 == 0 ? randomContent(&random) : changed(from, &random);
+            const auto patch = makePatch(from, to);
+            const auto rebuilt = PatchManager::rebuild(from, patch, size_t(to.size()), md5Of(to));
+            QVERIFY2(!rebuilt.isNull() && rebuilt == to, qPrintable(QString::number(round)));
+        }
+    }
+
+    void patchesAreSmall()
+    {
+        const auto from = sampleBytes(1, 400000);
+        auto moved = from.mid(200000) + "inserted" + from.left(200000);
+        QVERIFY(makePatch(from, moved).size() < 1000);
+        for (int i = 0; i < moved.size(); i += 1000)
+            moved[i] = char(moved[i] + 1);
+        QVERIFY(makePatch(from, moved).size() < 4000);
+        QVERIFY(makePatch(QByteArray(300000, 'a'), QByteArray(300001, 'a')).size() < 1000);
+    }
+
+    void publishesPatchesThatAreWorthIt()
+    {
+        SampleTree tree;
+        const auto large = sampleBytes(1, 100000);
+        tree.publish("ks", "1", {{"large", large}, {"new content", sampleBytes(2, 5000)}, {"same", "same"}});
+        const auto changedLarge = large.left(50000) + "!" + large.mid(50000);
+        tree.publish("ks", "2",
+                     {{"large", changedLarge},
+                      {"new content", sampleBytes(3, 5000)},
+                      {"same", "same"},
+                      {"added", "x"}},
+                     {}, {false, {"1"}, 0});
+        const auto patches = readFolder(tree.path() + "/patches");
+        const auto name =
+            QStringLiteral("%1_%2.patch").arg(SampleTree::pathOf(large).mid(1), md5Of(changedLarge));
+        QVERIFY2(patches.contains(name), qPrintable(patches.keys().join(' ')));
+        QVERIFY(patches.value(name).size() < 500);
+        for (const auto& patch : patches.keys())
+            QVERIFY(patch == name || patch.startsWith(SampleTree::pathOf("[main]\nbuild=1\n").mid(1)));
+        QVERIFY(TreeVerifier(tree.path()).verify().isEmpty());
+        writeSample(tree.path() + "/patches/" + name, patches.value(name).chopped(1));
+        QCOMPARE(TreeVerifier(tree.path()).verify().size(), 1);
+
+        BuildOptions unknown;
+        unknown.server = "ks";
+        unknown.build = "3";
+        unknown.from = tree.path() + "/patches";
+        unknown.tree = tree.path();
+        unknown.previous = QStringList{"77"};
+        QString error;
+        QVERIFY(!BuildPublisher(unknown).publish(&error) && error.contains("77"));
+        QVERIFY(!readSample(tree.path() + "/velkorclient_KS.json").contains("\"3\""));
+    }
+
+    void publishesBundlesThatUnpack()
+    {
+        SampleTree tree;
+        SampleFiles client{{"a", sampleBytes(1, 70000)}, {"b", QByteArray(90000, 'b')}, {"empty", {}}};
+        tree.publish("ks", "5", client, {{"first/r", "resource"}, {"later", "later"}}, {false, {}, 10000});
+        QVERIFY(TreeVerifier(tree.path()).verify().isEmpty());
+        const auto index = parseIndex(readSample(tree.path() + "/velkor_5.txt"), "test");
+        index->setName("velkor_5.txt");
+        index->setBuild("5");
+        const auto folder = tree.path() + "/bundles/5/";
+        Bundle bundle(index, "/nowhere");
+        QCOMPARE(bundle.readList(readSample(folder + "velkor_5.txt.bundle.chunks")), QString());
+        QCOMPARE(bundle.chunks().size(), 8);
+        const QTemporaryDir target;
+        QVERIFY(BundleUnpacker().start(index, target.path(), bundle.chunks(), folder + "velkor_5.txt"));
+        for (const auto& content : client)
+            QCOMPARE(readSample(target.path() + SampleTree::pathOf(content)), content);
+        QVERIFY(QFile::exists(folder + "resfileindex_prefetch_5.txt.bundle.0"));
+        writeSample(folder + "velkor_5.txt.bundle.3", "broken");
+        QCOMPARE(TreeVerifier(tree.path()).verify().size(), 1);
     }
 };
 

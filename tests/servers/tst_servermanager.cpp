@@ -53,8 +53,9 @@ private:
     void publish(const QString& build, const SampleFiles& client = {{"bin/exefile.exe", "program"}},
                  bool isProtected = false)
     {
-        m_service->tree().publish(
-            "ks", build, client, {{"first/a", "first " + build.toUtf8()}, {"later/b", "later"}}, isProtected);
+        m_service->tree().publish("ks", build, client,
+                                  {{"first/a", "first " + build.toUtf8()}, {"later/b", "later"}},
+                                  {isProtected, {}, 0});
     }
     void announce(const QByteArray& document)
     {

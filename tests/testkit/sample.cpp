@@ -49,7 +49,7 @@ QString md5Of(const QByteArray& bytes)
 }
 
 void SampleTree::publish(const QString& server, const QString& build, const SampleFiles& client,
-                         const SampleFiles& resources, bool isProtected)
+                         const SampleFiles& resources, const SampleExtras& extras)
 {
     const auto source = m_folder.filePath(QStringLiteral("source%1").arg(m_published++));
     QDir().mkpath(source + QStringLiteral("/client"));
@@ -67,7 +67,10 @@ void SampleTree::publish(const QString& server, const QString& build, const Samp
     options.build = build;
     options.from = source + QStringLiteral("/client");
     options.tree = path();
-    options.isProtected = isProtected;
+    options.isProtected = extras.isProtected;
+    options.previous = extras.previous;
+    options.bundle = extras.chunkSize > 0;
+    options.chunkSize = extras.chunkSize;
     if (!resources.isEmpty()) {
         options.resources = source + QStringLiteral("/resources");
         options.prefetch = QStringList{QStringLiteral("first/*")};

@@ -21,6 +21,15 @@ QByteArray sampleBytes(int seed, int size);
 
 QString md5Of(const QByteArray& bytes);
 
+/** What a build is published with besides its files. */
+struct SampleExtras {
+    bool isProtected = false;
+    /** Builds that patches are made from. */
+    QStringList previous;
+    /** Bytes of a bundle's chunks; 0 for no bundle. */
+    int chunkSize = 0;
+};
+
 /** A published tree that tests add builds to. */
 class SampleTree
 {
@@ -30,7 +39,7 @@ public:
     /** Publishes client and resource files as a build of a server; all resources below "first/" are
      * prefetched. */
     void publish(const QString& server, const QString& build, const SampleFiles& client,
-                 const SampleFiles& resources = {}, bool isProtected = false);
+                 const SampleFiles& resources = {}, const SampleExtras& extras = {});
 
     /** Puts content into the tree and returns the index row that names it. */
     IndexEntryPtr addContent(const QString& name, const QByteArray& bytes);

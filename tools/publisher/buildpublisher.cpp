@@ -1,5 +1,9 @@
 #include "tools/publisher/buildpublisher.h"
 
+#include "index/indexparser.h"
+#include "tools/publisher/bundlewriter.h"
+#include "tools/publisher/patchpublisher.h"
+
 #include <QCryptographicHash>
 #include <QDir>
 #include <QDirIterator>
@@ -45,7 +49,7 @@ BuildPublisher::BuildPublisher(const BuildOptions& options) : m_options(options)
 bool BuildPublisher::publish(QString* error)
 {
     return checkOptions(error) && addClientFiles(error) && addStartIni(error) && addResources(error) &&
-           announce(error);
+           addPatches(error) && addBundles(error) && announce(error);
 }
 
 bool BuildPublisher::checkOptions(QString* error) const
@@ -181,9 +185,48 @@ bool BuildPublisher::addResources(QString* error)
         *error = QStringLiteral("--prefetch %1 selects no resource").arg(*unusedGlobs.cbegin());
         return false;
     }
+    m_prefetchIndex = prefetch;
     return addTextFile(QStringLiteral("resfileindex.txt"), all, error) &&
            (m_options.prefetch.isEmpty() ||
             addTextFile(QStringLiteral("resfileindex_prefetch.txt"), prefetch, error));
+}
+
+// The launcher patches the client's own files only, so these are all that need patches.
+bool BuildPublisher::addPatches(QString* error)
+{
+    const auto index = parseIndex(m_index, QStringLiteral("new index"));
+    for (const auto& build : m_options.previous) {
+        QByteArray text;
+        if (!m_store.readFile(QStringLiteral("velkor_%1.txt").arg(build), &text) &&
+            !m_store.readFile(QStringLiteral("prod/velkor_%1").arg(build), &text)) {
+            *error = QStringLiteral("--previous %1: the tree has no such build").arg(build);
+            return false;
+        }
+        PatchPublisher publisher(m_store);
+        if (!publisher.publish(*parseIndex(text, build), *index, error))
+            return false;
+        m_patches += publisher.patchCount();
+        m_patchBytes += publisher.patchBytes();
+        m_patchedBytes += publisher.fileBytes();
+    }
+    return true;
+}
+
+bool BuildPublisher::addBundles(QString* error)
+{
+    if (!m_options.bundle)
+        return true;
+    const QPair<QString, QByteArray> indexes[] = {
+        {QStringLiteral("velkor_%1.txt"), m_index},
+        {QStringLiteral("resfileindex_prefetch_%1.txt"), m_prefetchIndex}};
+    for (const auto& [name, text] : indexes) {
+        const auto index = parseIndex(text, name);
+        index->setName(name.arg(m_options.build));
+        index->setBuild(m_options.build);
+        if (!text.isEmpty() && !BundleWriter(m_store, *index, m_options.chunkSize).write(error))
+            return false;
+    }
+    return true;
 }
 
 // The document that announces the build comes last: a build that is half there is never announced.

@@ -17,6 +17,11 @@ struct BuildOptions {
     QStringList prefetch;
     /** The index may be fetched with a token only. */
     bool isProtected = false;
+    /** Builds that patches are made from; their indexes and files are in the tree. */
+    QStringList previous;
+    /** Whether bundles are made for the client's and the prefetched files. */
+    bool bundle = false;
+    int chunkSize = 64 << 20;
 };
 
 /** Publishes one build of one server into a tree of static files. */
@@ -30,12 +35,18 @@ public:
 
     int fileCount() const { return m_files; }
     qint64 byteCount() const { return m_bytes; }
+    int patchCount() const { return m_patches; }
+    qint64 patchByteCount() const { return m_patchBytes; }
+    /** Bytes of the files that the patches lead to. */
+    qint64 patchedByteCount() const { return m_patchedBytes; }
 
 private:
     bool checkOptions(QString* error) const;
     bool addClientFiles(QString* error);
     bool addResources(QString* error);
     bool addStartIni(QString* error);
+    bool addPatches(QString* error);
+    bool addBundles(QString* error);
     bool announce(QString* error);
     bool addTextFile(const QString& name, const QByteArray& text, QString* error);
     bool addRow(QByteArray* index, const QString& name, const StoredContent& content, int mode,
@@ -45,6 +56,10 @@ private:
     const BuildOptions m_options;
     ContentStore m_store;
     QByteArray m_index;
+    QByteArray m_prefetchIndex;
+    int m_patches = 0;
+    qint64 m_patchBytes = 0;
+    qint64 m_patchedBytes = 0;
     int m_files = 0;
     qint64 m_bytes = 0;
 };

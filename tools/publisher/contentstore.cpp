@@ -46,6 +46,15 @@ std::optional<StoredContent> ContentStore::addBytes(const QByteArray& bytes, QSt
     return content;
 }
 
+bool ContentStore::readFile(const QString& relativePath, QByteArray* bytes) const
+{
+    QFile file(m_tree + QLatin1Char('/') + relativePath);
+    if (!file.open(QIODevice::ReadOnly))
+        return false;
+    *bytes = file.readAll();
+    return file.error() == QFileDevice::NoError;
+}
+
 bool ContentStore::writeFile(const QString& relativePath, const QByteArray& bytes, QString* error) const
 {
     const auto path = m_tree + QLatin1Char('/') + relativePath;

@@ -27,6 +27,9 @@ public:
     std::optional<StoredContent> addFile(const QString& path, QString* error);
     std::optional<StoredContent> addBytes(const QByteArray& bytes, QString* error);
 
+    /** Reads a file of the tree; returns false when that is not possible. */
+    bool readFile(const QString& relativePath, QByteArray* bytes) const;
+
     static QString cachedNameFor(const QString& md5);
 
     /** Writes a file of the tree by way of a temporary name. */

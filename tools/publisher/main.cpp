@@ -11,6 +11,7 @@ namespace
 constexpr auto usage = "Publishes builds as a tree of static files.\n\n"
                        "  velkor-publish build --server KEY --build BUILD --from GAMEDIR --out TREE\n"
                        "                       [--resources RESDIR] [--prefetch GLOB]... [--protected]\n"
+                       "                       [--previous BUILD]... [--bundle]\n"
                        "  velkor-publish verify --out TREE";
 
 int fail(const QString& message)
@@ -29,12 +30,17 @@ int build(const QCommandLineParser& parser)
     options.resources = parser.value(QStringLiteral("resources"));
     options.prefetch = parser.values(QStringLiteral("prefetch"));
     options.isProtected = parser.isSet(QStringLiteral("protected"));
+    options.previous = parser.values(QStringLiteral("previous"));
+    options.bundle = parser.isSet(QStringLiteral("bundle"));
     BuildPublisher publisher(options);
     QString error;
     if (!publisher.publish(&error))
         return fail(error);
     std::printf("Published build %s of %s: %d files, %lld bytes\n", qPrintable(options.build),
                 qPrintable(options.server), publisher.fileCount(), publisher.byteCount());
+    if (!options.previous.isEmpty())
+        std::printf("%d patches: %lld bytes instead of %lld\n", publisher.patchCount(),
+                    publisher.patchByteCount(), publisher.patchedByteCount());
     return 0;
 }
 
@@ -67,6 +73,9 @@ int main(int argc, char** argv)
          QStringLiteral("folder")},
         {QStringLiteral("prefetch"), QStringLiteral("Resources that are fetched first"),
          QStringLiteral("glob")},
+        {QStringLiteral("previous"), QStringLiteral("Makes patches from the files of this build"),
+         QStringLiteral("build")},
+        {QStringLiteral("bundle"), QStringLiteral("Makes bundles, for first installations")},
         {QStringLiteral("protected"), QStringLiteral("The index needs the player's token")},
     });
     parser.process(app);

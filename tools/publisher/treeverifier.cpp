@@ -2,11 +2,15 @@
 
 #include "cache/md5many.h"
 #include "cache/safepath.h"
+#include "download/patchmanager.h"
 #include "index/indexparser.h"
+#include "tools/publisher/contentstore.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -21,6 +25,8 @@ QStringList TreeVerifier::verify()
     for (const auto& fileName : announcements)
         verifyAnnouncement(fileName);
     verifyContents();
+    verifyBundles();
+    verifyPatches();
     return m_problems;
 }
 
@@ -88,5 +94,51 @@ void TreeVerifier::verifyContents()
         else if (checksums[i] != expected.md5.toLatin1())
             m_problems
                 << QStringLiteral("%1 (%2) has the wrong content").arg(expected.cachedName, expected.what);
+    }
+}
+
+void TreeVerifier::verifyBundles()
+{
+    QDirIterator lists(m_tree + QStringLiteral("/bundles"), {QStringLiteral("*.bundle.chunks")}, QDir::Files,
+                       QDirIterator::Subdirectories);
+    while (lists.hasNext()) {
+        QFile list(lists.next());
+        const auto chunks =
+            list.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(list.readAll()).array() : QJsonArray();
+        if (chunks.isEmpty())
+            m_problems << QStringLiteral("%1 lists no chunk").arg(list.fileName());
+        for (const auto& value : chunks) {
+            const auto chunk = value.toObject();
+            const auto path =
+                QFileInfo(list).path() + QLatin1Char('/') + chunk.value(QLatin1String("name")).toString();
+            ++m_chunks;
+            if (QFileInfo(path).size() != chunk.value(QLatin1String("size")).toDouble() ||
+                QString::fromLatin1(md5OfFiles({path}).first()) !=
+                    chunk.value(QLatin1String("checksum")).toString())
+                m_problems << QStringLiteral("%1 is not as its list says").arg(path);
+        }
+    }
+}
+
+// The name of a patch tells where it starts and where it leads: "<cached name>_<md5 of the result>.patch".
+void TreeVerifier::verifyPatches()
+{
+    const ContentStore store(m_tree);
+    const QDir folder(m_tree + QStringLiteral("/patches"));
+    QDirIterator patches(folder.path(), {QStringLiteral("*.patch")}, QDir::Files,
+                         QDirIterator::Subdirectories);
+    while (patches.hasNext()) {
+        const auto name = folder.relativeFilePath(patches.next()).chopped(6);
+        const auto md5 = name.mid(name.lastIndexOf(QLatin1Char('_')) + 1);
+        QByteArray from;
+        QByteArray to;
+        QByteArray patch;
+        ++m_patches;
+        if (!store.readFile(name.left(name.lastIndexOf(QLatin1Char('_'))), &from) ||
+            !store.readFile(ContentStore::cachedNameFor(md5), &to) ||
+            !store.readFile(QStringLiteral("patches/%1.patch").arg(name), &patch))
+            m_problems << QStringLiteral("patches/%1.patch: its files cannot be read").arg(name);
+        else if (PatchManager::rebuild(from, patch, static_cast<size_t>(to.size()), md5).isNull())
+            m_problems << QStringLiteral("patches/%1.patch does not lead to its file").arg(name);
     }
 }

@@ -4,7 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-/** Checks a published tree: announced builds, their indexes, and every file that these name. */
+/** Checks a published tree: announced builds, their indexes, every file that these name, bundles, and
+ * patches. */
 class TreeVerifier
 {
 public:
@@ -13,16 +14,20 @@ public:
     /** What is wrong, a line each; empty when the tree is in order. */
     QStringList verify();
 
-    int checkedFiles() const { return m_checked.size(); }
+    int checkedFiles() const { return m_checked.size() + m_chunks + m_patches; }
 
 private:
     void verifyAnnouncement(const QString& fileName);
     void verifyIndex(const QString& path, const QString& what);
     void verifyContents();
+    void verifyBundles();
+    void verifyPatches();
 
     const QString m_tree;
     QStringList m_problems;
     QSet<QString> m_checked; // cached names
+    int m_chunks = 0;
+    int m_patches = 0;
     struct Expected {
         QString cachedName;
         QString md5;

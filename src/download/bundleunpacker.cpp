@@ -1,0 +1,188 @@
+#include "download/bundleunpacker.h"
+
+#include "cache/md5many.h"
+#include "cache/wholefile.h"
+#include "logging/formatmemory.h"
+#include "telemetry/exceptionlogger.h"
+
+#include <QDebug>
+#include <QDir>
+#include <QFileInfo>
+#include <QJsonObject>
+#include <QtEndian>
+
+namespace
+{
+/** Contents are checked and written in groups, since many are hashed faster than one. */
+constexpr qint64 batchBytes = qint64(16) << 20;
+constexpr int batchFiles = 512;
+constexpr int reportIntervalMs = 125;
+constexpr qint64 lengthSize = 4;
+
+BundleFailure chunkFailure(const char* kind, const QString& message)
+{
+    return {QLatin1String(kind), message, QStringLiteral("verifyChunks")};
+}
+
+BundleFailure recordFailure(const char* kind, const QString& message)
+{
+    return {QLatin1String(kind), message, QStringLiteral("start")};
+}
+
+qint64 sizeOf(const QJsonValue& chunk)
+{
+    return static_cast<qint64>(chunk.toObject().value(QLatin1String("size")).toDouble());
+}
+} // namespace
+
+BundleUnpacker::BundleUnpacker(QObject* parent) : QObject(parent) {}
+
+bool BundleUnpacker::start(const IndexPtr& index, const QString& targetRoot, const QJsonArray& chunks,
+                           const QString& chunkBase)
+{
+    qDebug() << "Unpacking bundle";
+    m_target = std::make_unique<SafePath>(targetRoot);
+    auto failure = verifyChunks(chunks, chunkBase);
+    if (!failure) {
+        qint64 bytes = 0;
+        for (const auto& chunk : chunks)
+            bytes += sizeOf(chunk);
+        ChunkReader reader(chunkBase, bytes);
+        failure = unpack(*index, &reader);
+    }
+    if (!failure)
+        return true;
+    qWarning().noquote() << "Unpacking failed:" << failure.message;
+    if (!m_abandoned)
+        ExceptionLogger::instance()->logException(failure.kind, failure.message, failure.function,
+                                                  QStringLiteral("bundleunpacker"), __LINE__);
+    emit failed(failure.message);
+    return false;
+}
+
+BundleFailure BundleUnpacker::verifyChunks(const QJsonArray& chunks, const QString& chunkBase)
+{
+    QVector<QString> files;
+    for (int i = 0; i < chunks.size(); ++i) {
+        const auto chunk = chunks[i].toObject();
+        if (!chunk.contains(QLatin1String("checksum")))
+            return chunkFailure("ChunkMissingChecksum", QStringLiteral("Chunk info is missing checksum"));
+        if (!chunk.contains(QLatin1String("size")))
+            return chunkFailure("ChunkMissingSize", QStringLiteral("Chunk info is missing size"));
+        const auto file = ChunkReader::chunkFile(chunkBase, i);
+        const QFileInfo info(file);
+        if (!info.isFile() || info.size() != sizeOf(chunk))
+            return chunkFailure("ChunkIncorrectSize", QStringLiteral("Chunk size is incorrect"));
+        files << file;
+    }
+    const auto checksums = md5OfFiles(files, &m_abandoned);
+    for (int i = 0; i < chunks.size(); ++i) {
+        if (checksums[i].isEmpty())
+            qWarning().noquote() << "Couldn't open" << files[i];
+        const auto expected = chunks[i].toObject().value(QLatin1String("checksum")).toString();
+        if (QString::fromLatin1(checksums[i]) != expected)
+            return chunkFailure("ChunkFailedVerification", QStringLiteral("Chunk failed verification"));
+    }
+    qDebug() << "Bundle chunks passed verification";
+    return {};
+}
+
+BundleFailure BundleUnpacker::unpack(const Index& index, ChunkReader* reader)
+{
+    for (const auto& row : index.entries())
+        m_bytesTotal += row->size;
+    m_sinceReport.start();
+    Batch batch;
+    for (const auto& row : index.entries()) {
+        QByteArray content;
+        if (auto failure = readRecord(*row, reader, &content))
+            return failure;
+        batch.rows << row;
+        batch.contents << content;
+        batch.bytes += content.size();
+        if (batch.bytes < batchBytes && batch.rows.size() < batchFiles)
+            continue;
+        if (auto failure = flush(&batch))
+            return failure;
+        reportProgress(index);
+        if (m_abandoned)
+            return recordFailure("Abandoned", QStringLiteral("The launcher ends"));
+    }
+    return flush(&batch);
+}
+
+BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* reader, QByteArray* content)
+{
+    const auto wrongSize =
+        recordFailure("IncorrectSize", QStringLiteral("Uncompressed buffer is not of the right size"));
+    char head[2 * lengthSize];
+    if (!reader->read(head, sizeof head))
+        return reader->failure();
+    // The record is as long as it says only if the bundle is; memory is taken for no other.
+    const qint64 length = qint64(qFromLittleEndian<quint32>(head)) + lengthSize;
+    if (Inflater::announcedLength(head + lengthSize, lengthSize) != row.size)
+        return wrongSize;
+    if (length - lengthSize > reader->remaining() || length > std::numeric_limits<int>::max() - 64)
+        return recordFailure("EndOfBundle", QStringLiteral("The bundle ends inside a record"));
+    if (m_record.capacity() < length && length > batchBytes)
+        m_record = QByteArray(); // not one large buffer beside another
+    m_record.resize(static_cast<int>(length));
+    std::copy_n(head + lengthSize, lengthSize, m_record.data());
+    if (!reader->read(m_record.data() + lengthSize, length - lengthSize))
+        return reader->failure();
+    *content = m_inflater.inflate(m_record.constData(), static_cast<size_t>(length));
+    return content->isNull() ? wrongSize : BundleFailure();
+}
+
+BundleFailure BundleUnpacker::flush(Batch* batch)
+{
+    const auto checksums = md5OfMany(batch->contents);
+    for (int i = 0; i < batch->rows.size(); ++i) {
+        const auto& row = *batch->rows[i];
+        if (QString::fromLatin1(checksums[i]) != row.checksum)
+            return recordFailure(
+                "IncorrectChecksum",
+                QStringLiteral("Uncompressed buffer does not have the correct MD5 checksum"));
+        if (auto failure = writeFile(row, batch->contents[i]))
+            return failure;
+        ++m_filesDone;
+        m_bytesDone += row.size;
+    }
+    *batch = Batch();
+    return {};
+}
+
+BundleFailure BundleUnpacker::writeFile(const IndexEntry& row, const QByteArray& content)
+{
+    if (row.cachedName.startsWith(QLatin1String("sym:")))
+        return {};
+    const auto path = m_target->resolve(row.cachedName);
+    if (path.isEmpty()) {
+        qWarning().noquote() << "Not unpacking a path outside the cache:" << row.cachedName;
+        return {};
+    }
+    if (QFileInfo::exists(path))
+        return {};
+    const auto folder = QFileInfo(path).path();
+    if (!m_folders.contains(folder)) {
+        QDir().mkpath(folder);
+        m_folders.insert(folder);
+    }
+    QString error;
+    if (writeWholeFile(path, content, &error))
+        return {};
+    return recordFailure("WriteFailed", QStringLiteral("Couldn't write %1: %2").arg(path, error));
+}
+
+void BundleUnpacker::reportProgress(const Index& index)
+{
+    if (!m_sinceReport.hasExpired(reportIntervalMs - 1))
+        return;
+    m_sinceReport.start();
+    const double fraction =
+        m_bytesTotal > 0 ? static_cast<double>(m_bytesDone) / static_cast<double>(m_bytesTotal) : 0;
+    emit progressUpdate(static_cast<float>(fraction), tr("Unpacking %1 of %2 files (%3)")
+                                                          .arg(m_filesDone)
+                                                          .arg(index.entries().size())
+                                                          .arg(formatMemory(m_bytesDone)));
+}

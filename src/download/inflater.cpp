@@ -1,0 +1,41 @@
+#include "download/inflater.h"
+
+#include <QtEndian>
+
+#include <libdeflate.h>
+#include <limits>
+
+namespace
+{
+constexpr size_t lengthSize = 4;
+// A match of deflate takes at least two bits and stands for at most 258 bytes.
+constexpr qint64 maxRatio = 1032;
+} // namespace
+
+void Inflater::Free::operator()(libdeflate_decompressor* decompressor) const
+{
+    libdeflate_free_decompressor(decompressor);
+}
+
+Inflater::Inflater() : m_decompressor(libdeflate_alloc_decompressor()) { Q_CHECK_PTR(m_decompressor.get()); }
+
+Inflater::~Inflater() = default;
+
+qint64 Inflater::announcedLength(const char* block, size_t size)
+{
+    return size < lengthSize ? -1 : qint64(qFromBigEndian<quint32>(block));
+}
+
+QByteArray Inflater::inflate(const char* block, size_t size)
+{
+    const qint64 length = announcedLength(block, size);
+    if (length == 0 && size == lengthSize) // how the toolkit writes nothing at all
+        return QByteArray("");
+    if (length < 0 || length > std::numeric_limits<int>::max() - 64 || length > maxRatio * qint64(size))
+        return {};
+    QByteArray content(static_cast<int>(length), Qt::Uninitialized);
+    const auto result =
+        libdeflate_zlib_decompress(m_decompressor.get(), block + lengthSize, size - lengthSize,
+                                   content.data(), static_cast<size_t>(length), nullptr);
+    return result == LIBDEFLATE_SUCCESS ? content : QByteArray();
+}
