@@ -36,3 +36,4 @@ QVector<ContestResult> benchScan();
 QVector<ContestResult> benchDownload();
 QVector<ContestResult> benchStaging();
 QVector<ContestResult> benchStart();
+QVector<ContestResult> benchTransfer();

@@ -5,11 +5,13 @@
 #include <QCryptographicHash>
 #include <QFile>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
 #include <memory>
+#include <numeric>
 #include <unistd.h>
 
 namespace
@@ -269,7 +271,12 @@ QVector<QByteArray> md5OfMany(const QVector<QByteArray>& messages)
 {
 #ifdef __x86_64__
     if (__builtin_cpu_supports("avx2")) {
-        const auto open = [&](Lane* lane, int i) { return lane->openBytes(i, messages[i]); };
+        // The longest first, so that no lane is left alone with one at the end.
+        QVector<int> order(messages.size());
+        std::iota(order.begin(), order.end(), 0);
+        std::sort(order.begin(), order.end(),
+                  [&](int a, int b) { return messages[a].size() > messages[b].size(); });
+        const auto open = [&](Lane* lane, int i) { return lane->openBytes(order[i], messages[order[i]]); };
         return LaneHasher(messages.size(), open, nullptr).run();
     }
 #endif

@@ -33,7 +33,10 @@ bool readBlock(const PatchStream& stream, char* to, qint64 length, qint64 room)
 }
 
 /** The loop is on its own, and its pointers never overlap, so that the compiler turns it into vectors. */
-__attribute__((optimize("O3"))) void addBytes(char* __restrict to, const char* __restrict from, qint64 length)
+#ifndef __clang__ // which does so anyway
+__attribute__((optimize("O3")))
+#endif
+void addBytes(char* __restrict to, const char* __restrict from, qint64 length)
 {
     for (qint64 i = 0; i < length; ++i)
         to[i] = static_cast<char>(static_cast<unsigned char>(to[i]) + static_cast<unsigned char>(from[i]));

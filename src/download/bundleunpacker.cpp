@@ -14,8 +14,9 @@
 namespace
 {
 /** Contents are checked and written in groups, since many are hashed faster than one. */
-constexpr qint64 batchBytes = qint64(16) << 20;
-constexpr int batchFiles = 512;
+constexpr int batchBytes = 32 << 20;
+constexpr int recordBytes = 1 << 20;
+constexpr int batchFiles = 2000;
 constexpr int reportIntervalMs = 125;
 constexpr qint64 lengthSize = 4;
 
@@ -41,14 +42,13 @@ bool BundleUnpacker::start(const IndexPtr& index, const QString& targetRoot, con
                            const QString& chunkBase)
 {
     qDebug() << "Unpacking bundle";
-    m_target = std::make_unique<SafePath>(targetRoot);
     auto failure = verifyChunks(chunks, chunkBase);
     if (!failure) {
         qint64 bytes = 0;
         for (const auto& chunk : chunks)
             bytes += sizeOf(chunk);
         ChunkReader reader(chunkBase, bytes);
-        failure = unpack(*index, &reader);
+        failure = unpack(*index, targetRoot, &reader);
     }
     if (!failure)
         return true;
@@ -87,31 +87,30 @@ BundleFailure BundleUnpacker::verifyChunks(const QJsonArray& chunks, const QStri
     return {};
 }
 
-BundleFailure BundleUnpacker::unpack(const Index& index, ChunkReader* reader)
+BundleFailure BundleUnpacker::unpack(const Index& index, const QString& targetRoot, ChunkReader* reader)
 {
+    m_target = std::make_unique<SafePath>(targetRoot);
     for (const auto& row : index.entries())
         m_bytesTotal += row->size;
+    m_arena.reset(new char[batchBytes]);
+    m_record.reserve(recordBytes);
     m_sinceReport.start();
-    Batch batch;
     for (const auto& row : index.entries()) {
-        QByteArray content;
-        if (auto failure = readRecord(*row, reader, &content))
+        if (m_batch.bytes + row->size > batchBytes || m_batch.rows.size() >= batchFiles) {
+            if (auto failure = flush())
+                return failure;
+            reportProgress(index);
+            if (m_abandoned)
+                return recordFailure("Abandoned", QStringLiteral("The launcher ends"));
+        }
+        if (auto failure = readRecord(*row, reader))
             return failure;
-        batch.rows << row;
-        batch.contents << content;
-        batch.bytes += content.size();
-        if (batch.bytes < batchBytes && batch.rows.size() < batchFiles)
-            continue;
-        if (auto failure = flush(&batch))
-            return failure;
-        reportProgress(index);
-        if (m_abandoned)
-            return recordFailure("Abandoned", QStringLiteral("The launcher ends"));
+        m_batch.rows << row;
     }
-    return flush(&batch);
+    return flush();
 }
 
-BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* reader, QByteArray* content)
+BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* reader)
 {
     const auto wrongSize =
         recordFailure("IncorrectSize", QStringLiteral("Uncompressed buffer is not of the right size"));
@@ -124,31 +123,51 @@ BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* rea
         return wrongSize;
     if (length - lengthSize > reader->remaining() || length > std::numeric_limits<int>::max() - 64)
         return recordFailure("EndOfBundle", QStringLiteral("The bundle ends inside a record"));
-    if (m_record.capacity() < length && length > batchBytes)
-        m_record = QByteArray(); // not one large buffer beside another
     m_record.resize(static_cast<int>(length));
     std::copy_n(head + lengthSize, lengthSize, m_record.data());
     if (!reader->read(m_record.data() + lengthSize, length - lengthSize))
         return reader->failure();
-    *content = m_inflater.inflate(m_record.constData(), static_cast<size_t>(length));
-    return content->isNull() ? wrongSize : BundleFailure();
+
+    if (!Inflater::isPlausible(m_record.constData(), static_cast<size_t>(length)) ||
+        !m_inflater.inflateTo(placeFor(row.size), m_record.constData(), static_cast<size_t>(length)))
+        return wrongSize;
+    if (m_record.capacity() > batchBytes) { // not one large buffer beside another
+        m_record = QByteArray();
+        m_record.reserve(recordBytes);
+    }
+    return {};
 }
 
-BundleFailure BundleUnpacker::flush(Batch* batch)
+/** Adds content to the batch: in the buffer that all batches use, or in its own if it is too large for that.
+ */
+char* BundleUnpacker::placeFor(qint64 size)
 {
-    const auto checksums = md5OfMany(batch->contents);
-    for (int i = 0; i < batch->rows.size(); ++i) {
-        const auto& row = *batch->rows[i];
+    if (size > batchBytes) {
+        m_batch.contents.append(QByteArray(static_cast<int>(size), Qt::Uninitialized));
+        m_batch.bytes += size;
+        return m_batch.contents.last().data();
+    }
+    char* place = m_arena.get() + m_batch.bytes;
+    m_batch.contents << QByteArray::fromRawData(place, static_cast<int>(size));
+    m_batch.bytes += size;
+    return place;
+}
+
+BundleFailure BundleUnpacker::flush()
+{
+    const auto checksums = md5OfMany(m_batch.contents);
+    for (int i = 0; i < m_batch.rows.size(); ++i) {
+        const auto& row = *m_batch.rows[i];
         if (QString::fromLatin1(checksums[i]) != row.checksum)
             return recordFailure(
                 "IncorrectChecksum",
                 QStringLiteral("Uncompressed buffer does not have the correct MD5 checksum"));
-        if (auto failure = writeFile(row, batch->contents[i]))
+        if (auto failure = writeFile(row, m_batch.contents[i]))
             return failure;
         ++m_filesDone;
         m_bytesDone += row.size;
     }
-    *batch = Batch();
+    m_batch = Batch();
     return {};
 }
 

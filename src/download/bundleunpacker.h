@@ -12,10 +12,11 @@
 #include <QVector>
 
 #include <atomic>
+#include <memory>
 
 /**
  * Unpacks the bundle of an index: a stream with one record for each of its rows, a length in 4 bytes
- * (least significant first) and the compressed content. Memory does not grow with the bundle: some 16 MB, or
+ * (least significant first) and the compressed content. Memory does not grow with the bundle: some 32 MB, or
  * what the largest file takes.
  */
 class BundleUnpacker : public QObject
@@ -34,6 +35,9 @@ public:
     bool start(const IndexPtr& index, const QString& targetRoot, const QJsonArray& chunks,
                const QString& chunkBase);
 
+    /** The part of start() behind the check of the chunk files. Tells nobody but the caller. */
+    BundleFailure unpack(const Index& index, const QString& targetRoot, ChunkReader* reader);
+
     /** Does nothing: unpacking that was begun is not cancelled. */
     void cancel() {}
     /** Lets start() return soon, with false. For the end of the process. Any thread. */
@@ -46,6 +50,7 @@ signals:
     void failed(const QString& message);
 
 private:
+    /** Contents that are checked and written together. */
     struct Batch {
         QVector<IndexEntryPtr> rows;
         QVector<QByteArray> contents;
@@ -53,15 +58,17 @@ private:
     };
 
     BundleFailure verifyChunks(const QJsonArray& chunks, const QString& chunkBase);
-    BundleFailure unpack(const Index& index, ChunkReader* reader);
-    BundleFailure readRecord(const IndexEntry& row, ChunkReader* reader, QByteArray* content);
-    BundleFailure flush(Batch* batch);
+    BundleFailure readRecord(const IndexEntry& row, ChunkReader* reader);
+    char* placeFor(qint64 size);
+    BundleFailure flush();
     BundleFailure writeFile(const IndexEntry& row, const QByteArray& content);
     void reportProgress(const Index& index);
 
     std::atomic<bool> m_abandoned{false};
     Inflater m_inflater;
+    std::unique_ptr<char[]> m_arena;
     QByteArray m_record;
+    Batch m_batch;
     std::unique_ptr<SafePath> m_target;
     QSet<QString> m_folders;
     int m_filesDone = 0;

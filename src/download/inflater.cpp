@@ -10,6 +10,7 @@ namespace
 constexpr size_t lengthSize = 4;
 // A match of deflate takes at least two bits and stands for at most 258 bytes.
 constexpr qint64 maxRatio = 1032;
+constexpr qint64 maxLength = std::numeric_limits<int>::max() - 64;
 } // namespace
 
 void Inflater::Free::operator()(libdeflate_decompressor* decompressor) const
@@ -26,16 +27,26 @@ qint64 Inflater::announcedLength(const char* block, size_t size)
     return size < lengthSize ? -1 : qint64(qFromBigEndian<quint32>(block));
 }
 
-QByteArray Inflater::inflate(const char* block, size_t size)
+bool Inflater::isPlausible(const char* block, size_t size)
 {
     const qint64 length = announcedLength(block, size);
+    return length >= 0 && length <= maxLength && length <= maxRatio * qint64(size);
+}
+
+bool Inflater::inflateTo(char* to, const char* block, size_t size)
+{
+    const auto length = announcedLength(block, size);
     if (length == 0 && size == lengthSize) // how the toolkit writes nothing at all
-        return QByteArray("");
-    if (length < 0 || length > std::numeric_limits<int>::max() - 64 || length > maxRatio * qint64(size))
+        return true;
+    return length >= 0 &&
+           libdeflate_zlib_decompress(m_decompressor.get(), block + lengthSize, size - lengthSize, to,
+                                      static_cast<size_t>(length), nullptr) == LIBDEFLATE_SUCCESS;
+}
+
+QByteArray Inflater::inflate(const char* block, size_t size)
+{
+    if (!isPlausible(block, size))
         return {};
-    QByteArray content(static_cast<int>(length), Qt::Uninitialized);
-    const auto result =
-        libdeflate_zlib_decompress(m_decompressor.get(), block + lengthSize, size - lengthSize,
-                                   content.data(), static_cast<size_t>(length), nullptr);
-    return result == LIBDEFLATE_SUCCESS ? content : QByteArray();
+    QByteArray content(static_cast<int>(announcedLength(block, size)), Qt::Uninitialized);
+    return inflateTo(content.data(), block, size) ? content : QByteArray();
 }

@@ -20,10 +20,13 @@ public:
     /** The length that the block announces; -1 when the block is too short to have one. */
     static qint64 announcedLength(const char* block, size_t size);
 
-    /**
-     * The content, which has exactly the announced length; a null array when the block is damaged. Memory for
-     * the content is taken only when so few bytes can hold so much.
-     */
+    /** Whether the block can hold as much as it announces, so that taking memory for that is not in vain. */
+    static bool isPlausible(const char* block, size_t size);
+
+    /** Writes exactly the announced length to a place that has so much room. Returns false when the block is
+     * damaged. */
+    bool inflateTo(char* to, const char* block, size_t size);
+    /** The content; a null array when the block is damaged. */
     QByteArray inflate(const char* block, size_t size);
 
 private:

@@ -80,6 +80,12 @@ void SampleTree::publish(const QString& server, const QString& build, const Samp
         qFatal("Cannot publish: %s", qPrintable(error));
 }
 
+void SampleTree::announce(const QString& server, const QString& build) const
+{
+    writeSample(QStringLiteral("%1/velkorclient_%2.json").arg(path(), server.toUpper()),
+                "{\"build\": \"" + build.toUtf8() + "\"}");
+}
+
 IndexEntryPtr SampleTree::addContent(const QString& name, const QByteArray& bytes)
 {
     QString error;

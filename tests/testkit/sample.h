@@ -41,6 +41,9 @@ public:
     void publish(const QString& server, const QString& build, const SampleFiles& client,
                  const SampleFiles& resources = {}, const SampleExtras& extras = {});
 
+    /** Makes a build that has been published the current one again. */
+    void announce(const QString& server, const QString& build) const;
+
     /** Puts content into the tree and returns the index row that names it. */
     IndexEntryPtr addContent(const QString& name, const QByteArray& bytes);
 
