@@ -1,7 +1,7 @@
 # Flags and small helpers that every target shares.
 
 add_library(velkor_options INTERFACE)
-target_compile_options(velkor_options INTERFACE -Wall -Wextra -Wpedantic)
+target_compile_options(velkor_options INTERFACE -Wall -Wextra -Wpedantic -pthread)
 target_compile_definitions(velkor_options INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_MESSAGELOGCONTEXT)
 target_include_directories(velkor_options INTERFACE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR})
 if(VELKOR_SANITIZE)

@@ -1,6 +1,7 @@
 #include "download/downloader.h"
 #include "download/patchmanager.h"
 #include "logging/filelogger.h"
+#include "logging/loglens.h"
 #include "logging/messagehandler.h"
 #include "servers/serverindexes.h"
 #include "servers/servermanager.h"
@@ -9,6 +10,7 @@
 #include "shell/mainwindow.h"
 #include "shell/theme.h"
 #include "tasks/scheduler.h"
+#include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
 
 #include <QApplication>
@@ -18,6 +20,7 @@
 #include <QThreadPool>
 
 #include <cstdio>
+#include <google/protobuf/stubs/common.h>
 #include <map>
 #include <memory>
 
@@ -87,7 +90,7 @@ void setApplicationAttributes()
 void startLogging()
 {
     logRedactor().addSecretsOfEnvironment();
-    QVector<LoggerBase*> sinks;
+    QVector<LoggerBase*> sinks{LogLens::instance(), EventLogger::instance()};
     if (FileLogger::instance()->initialize(Settings::instance()->getLauncherLogsFolder()))
         sinks << FileLogger::instance();
     installLogMessageHandler(sinks);
@@ -131,12 +134,14 @@ int run(QApplication* app)
     Downloader::endManager();
     ExceptionLogger::instance()->abandonReports();
     settings->store().sync();
+    EventLogger::instance()->waitForWorker();
     return result;
 }
 } // namespace
 
 int main(int argc, char** argv)
 {
+    GOOGLE_PROTOBUF_VERIFY_VERSION;
     QString error;
     const auto deployment = Deployment::load(&error);
     if (!deployment)
@@ -149,6 +154,7 @@ int main(int argc, char** argv)
     if (!deployment->trustExtraCertificates(&error))
         return complain(error);
     const int result = run(app.get());
+    flushLogMessages();
     qInstallMessageHandler(nullptr);
     return result;
 }

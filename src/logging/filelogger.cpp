@@ -1,7 +1,6 @@
 #include "logging/filelogger.h"
 
 #include <QDir>
-#include <QTextStream>
 
 static constexpr int maxLogFiles = 5;
 
@@ -37,14 +36,11 @@ bool FileLogger::initialize(const QString& folder)
 void FileLogger::outputMessage(const QDateTime& time, const QString& typeName, const QString& category,
                                const QString& message, int repeatCount)
 {
-    QTextStream stream(&m_file);
-    stream.setCodec("UTF-8");
     // The time is local. Tools that read these files expect the letter all the same.
-    stream << time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) << "Z\t" << category << '\t'
-           << typeName << '\t' << message;
+    auto line = time.toString(QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz")) + QStringLiteral("Z\t") + category +
+                QLatin1Char('\t') + typeName + QLatin1Char('\t') + message;
     if (repeatCount > 0)
-        stream << " (Repeated " << repeatCount << " times)";
-    stream << '\n';
-    stream.flush();
+        line += QStringLiteral(" (Repeated %1 times)").arg(repeatCount);
+    m_file.write(line.toUtf8() + '\n');
     m_file.flush();
 }

@@ -1,6 +1,9 @@
 #include "logging/messagehandler.h"
 
+#include "logging/recordqueue.h"
 #include "logging/router.h"
+
+#include <QThread>
 
 #include <deque>
 #include <mutex>
@@ -12,6 +15,7 @@ constexpr size_t maxHistory = 1000;
 std::mutex historyMutex;
 std::deque<LogMessage> history;
 Router router;
+RecordQueue fromOtherThreads(&router);
 Redactor redactor;
 
 void handleLogMessages(QtMsgType type, const QMessageLogContext& context, const QString& message)
@@ -24,7 +28,10 @@ void handleLogMessages(QtMsgType type, const QMessageLogContext& context, const 
             history.pop_front();
         history.push_back(record);
     }
-    emit router.log(record.time, record.type, record.category, record.message);
+    if (QThread::currentThread() == router.thread())
+        emit router.log(record.time, record.type, record.category, record.message);
+    else
+        fromOtherThreads.post(record);
 }
 } // namespace
 
@@ -34,6 +41,8 @@ void installLogMessageHandler(const QVector<LoggerBase*>& sinks)
         QObject::connect(&router, &Router::log, sink, &LoggerBase::onLog);
     qInstallMessageHandler(handleLogMessages);
 }
+
+void flushLogMessages() { fromOtherThreads.flush(); }
 
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED

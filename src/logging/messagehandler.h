@@ -14,6 +14,9 @@
  */
 void installLogMessageHandler(const QVector<LoggerBase*>& sinks);
 
+/** Hands what other threads have logged to the sinks at once. Main thread; for the end of the process. */
+void flushLogMessages();
+
 /** The newest records of the history, newest first; at most count. Any thread. */
 QT_WARNING_PUSH
 QT_WARNING_DISABLE_DEPRECATED

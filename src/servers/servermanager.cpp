@@ -8,6 +8,7 @@
 #include "servers/copier.h"
 #include "settings/settings.h"
 #include "tasks/scheduler.h"
+#include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
 
 #include <QDebug>
@@ -203,6 +204,7 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
 void ServerManager::startUpdateTo(const QString& newBuild)
 {
     qDebug().noquote() << m_name << ": Last build was" << m_stagingFolderBuild;
+    EventLogger::instance()->clientUpdateStarted(m_name);
     m_build = newBuild;
     m_tokenRetries = 0;
     emit startUpdate(this);
@@ -376,6 +378,7 @@ void ServerManager::markMainDownloadDone()
     m_updating = false;
     m_currentIndex = m_index;
     m_currentPrefetchIndex = m_prefetchIndex;
+    EventLogger::instance()->clientUpdateCompleted(m_name);
     emit progressUpdate(this, 1.0F, tr("Ready"));
     emit endUpdate(this);
     emit ready(this);
@@ -420,6 +423,7 @@ void ServerManager::notifyTaskError(const Task* task)
 void ServerManager::notifyError(int code, const QString& message)
 {
     m_updating = false;
+    EventLogger::instance()->clientUpdateFailed(m_name, static_cast<unsigned>(code));
     emit progressUpdate(this, 0.0F, message);
     emit failedUpdate(this, code, message);
 }

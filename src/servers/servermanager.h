@@ -121,6 +121,7 @@ private:
     void onResourceIndexLoaded();
     void onFullDownloadFinished(Task* task);
 
+    void reportWineLaunch() const;
     void notifyError(int code, const QString& message);
     /** With the task's own words for the player, where it has some. */
     void notifyTaskError(const Task* task);

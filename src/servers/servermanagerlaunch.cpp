@@ -2,13 +2,16 @@
 
 #include "servers/servermanager.h"
 
+#include "logging/loglens.h"
 #include "logging/messagehandler.h"
 #include "servers/clientcommand.h"
 #include "servers/consolerouter.h"
 #include "servers/copier.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
+#include "telemetry/eventlogger.h"
 
+#include <QDateTime>
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
@@ -35,6 +38,8 @@ void ServerManager::play(const QString& token, const QString& settingsProfile, c
         }
     }
     emit processRequested(this);
+    if (Settings::instance()->runClientsWithLogging())
+        connectLogLens();
 
     auto arguments = buildClientArguments({m_server, token, settingsProfile, false}, *Settings::instance());
     QString program;
@@ -62,6 +67,7 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
     auto process = std::make_unique<QProcess>();
     process->setProcessEnvironment(settings->getWineManager()->getWineProcessEnvironment());
     qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
+    reportWineLaunch();
     if (!QFileInfo::exists(program)) {
         qDebug().noquote() << program << " not found, cannot launch client. Staging folder was "
                            << workingDirectory;
@@ -79,8 +85,25 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
     attached->setProperty("server", m_name);
     attached->setProperty("username", username);
     started->start(QIODevice::ReadWrite);
-    settings->checkIfFirstClientLaunch(m_name);
+    const bool is64 = settings->runClientsWith64Bit();
+    if (settings->checkIfFirstClientLaunch(m_name))
+        EventLogger::instance()->clientInitiallyLaunched(m_name, QDateTime::currentSecsSinceEpoch(), is64);
+    EventLogger::instance()->clientLaunched(m_name, is64);
     trackProcess(attached);
+}
+
+void ServerManager::reportWineLaunch() const
+{
+    const auto* settings = Settings::instance();
+    auto* events = EventLogger::instance();
+    const auto graphicsMode = settings->getGraphicsModeString();
+    if (settings->useCustomWine())
+        events->customWineLaunched(m_name, graphicsMode);
+    else if (settings->useWineDevVersions())
+        events->developmentWineLaunched(m_name, settings->getWineVersionBranch(), settings->getWineVersion(),
+                                        graphicsMode);
+    else
+        events->releaseWineLaunched(m_name, settings->getWineVersion(), graphicsMode);
 }
 
 void ServerManager::attachProcess(qint64 pid, const QString& username)

@@ -326,17 +326,19 @@ QString Settings::getLogglyUrl()
 void Settings::checkIfFirstRun()
 {
     const auto key = QStringLiteral("FirstRunTimestamp");
-    if (!m_store.contains(key))
+    m_isFirstRun = !m_store.contains(key);
+    if (m_isFirstRun)
         m_store.setValue(key, QDateTime::currentSecsSinceEpoch());
 }
 
-void Settings::checkIfFirstClientLaunch(const QString& server)
+bool Settings::checkIfFirstClientLaunch(const QString& server)
 {
     const auto key = QStringLiteral("FirstClientLaunchTimestamp");
     if (m_store.contains(key))
-        return;
+        return false;
     qDebug().noquote() << "First client launch, on" << server;
     m_store.setValue(key, QDateTime::currentSecsSinceEpoch());
+    return true;
 }
 
 bool Settings::checkIfUIVersion6ResizeDone()

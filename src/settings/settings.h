@@ -127,6 +127,8 @@ public:
     QSize getDefaultLauncherSize() const { return {1184, 580}; }
     QSize getMinimumLauncherSize() const { return {900, 580}; }
     bool shouldRouteConsoleOutputToLog() const { return true; }
+    /** Whether the launcher has never run before. */
+    bool isFirstRun() const { return m_isFirstRun; }
     QByteArray getMachineHash() const { return m_machineHash; }
     bool isOnline() const;
 
@@ -178,7 +180,8 @@ public:
     // First-time markers
     void storeMachineHash();
     void checkIfFirstRun();
-    void checkIfFirstClientLaunch(const QString& server);
+    /** Returns whether this is the first client that is ever started. */
+    bool checkIfFirstClientLaunch(const QString& server);
     /** Whether the one-time resize was done in an earlier run; from now on it counts as done. */
     bool checkIfUIVersion6ResizeDone();
 
@@ -223,6 +226,7 @@ private:
     const QStringList m_versionTypes{QStringLiteral("release"), QStringLiteral("beta"),
                                      QStringLiteral("dev")};
     QByteArray m_machineHash;
+    bool m_isFirstRun = false;
     QString m_clientLogsFolder;
     QString m_wineEnvFolder;
     QString m_logglyUrl;

@@ -1,17 +1,21 @@
 #include "shell/mainwindow.h"
 
+#include "logging/loglens.h"
 #include "servers/servermanager.h"
 #include "settings/settings.h"
 #include "shell/simplegui.h"
 #include "shell/titlebar.h"
+#include "telemetry/eventlogger.h"
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QDateTime>
 #include <QDebug>
 #include <QDesktopServices>
 #include <QDir>
 #include <QMenu>
 #include <QMessageBox>
+#include <QProcess>
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <QUrl>
@@ -55,6 +59,7 @@ MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFold
     if (settings->getVersionType() == 2)
         title += QStringLiteral(" Development");
     setWindowTitle(title);
+    m_sessionTime.start();
     setWindowFlag(Qt::FramelessWindowHint);
     m_refreshTimer.setSingleShot(true);
     connect(&m_refreshTimer, &QTimer::timeout, this, &MainWindow::refresh);
@@ -89,6 +94,7 @@ void MainWindow::setupMenu()
 {
     m_menu = new QMenu(this);
     m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
+    m_menu->addAction(tr("Start LogLens"), this, &MainWindow::startLogLens);
     auto* folders = m_menu->addMenu(tr("Show in File Browser"));
     folders->addAction(tr("Launcher logs"), this, &MainWindow::onShowLauncherLogsFolder);
     folders->addAction(tr("Shared cache"), this, &MainWindow::onShowSharedCacheFolder);
@@ -156,6 +162,9 @@ void MainWindow::onLoadFinished()
 {
     initializeGeometry();
     show();
+    if (Settings::instance()->isFirstRun())
+        EventLogger::instance()->launcherInstalled(QDateTime::currentSecsSinceEpoch());
+    EventLogger::instance()->launcherStarted();
     QTimer::singleShot(firstRefreshDelayMs, this, &MainWindow::refresh);
 }
 
@@ -172,6 +181,7 @@ void MainWindow::restoreWindow()
 void MainWindow::onProcessStarted(ServerManager* server, AttachedProcess* process)
 {
     m_processes.add(process);
+    ++m_clientsStarted;
     setMessage(tr("The client for %1 is running").arg(server->getDisplayName()));
 }
 
@@ -204,6 +214,15 @@ void MainWindow::showAboutDialog()
                                 .arg(Settings::instance()->getVersion(), QString::fromLatin1(qVersion()),
                                      QDir::toNativeSeparators(Settings::instance()->getCacheFolder())));
     box->open();
+}
+
+// The viewer comes with the launcher; one that runs already is used as well.
+void MainWindow::startLogLens()
+{
+    const auto viewer = QCoreApplication::applicationDirPath() + QStringLiteral("/velkor-loglens");
+    if (!QProcess::startDetached(viewer, {}))
+        qWarning().noquote() << "The log viewer could not be started:" << viewer;
+    connectLogLens();
 }
 
 static void openFolder(const QString& folder)
@@ -279,4 +298,6 @@ bool MainWindow::eventFilter(QObject* watched, QEvent* event)
 void MainWindow::logShutdown() const
 {
     qInfo() << "Velkor Launcher closing," << m_processes.size() << "client(s) still running";
+    EventLogger::instance()->launcherShutdown(m_processes.size(), m_clientsStarted,
+                                              static_cast<int>(m_sessionTime.elapsed() / 1000));
 }

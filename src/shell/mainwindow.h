@@ -54,6 +54,7 @@ private slots:
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
     void showErrorMessage(const QString& title, const QString& text);
     void showAboutDialog();
+    void startLogLens();
     void onShowSharedCacheFolder();
     void onShowLauncherLogsFolder();
     void quit();
@@ -78,6 +79,8 @@ private:
     QSystemTrayIcon* m_trayIcon = nullptr;
     SimpleGui* m_serverList = nullptr;
     ProcessList m_processes;
+    int m_clientsStarted = 0;
+    QElapsedTimer m_sessionTime;
     QTimer m_refreshTimer;
     bool m_refreshInProgress = false;
     bool m_closingDown = false;

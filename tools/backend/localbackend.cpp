@@ -26,7 +26,8 @@ HttpResponse acceptReport(const HttpRequest& request)
 LocalBackend::LocalBackend(const QString& tree, const QString& stateFolder)
     : m_stateFolder(stateFolder),
       m_content(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), serveFolder(tree))),
-      m_reports(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), acceptReport))
+      m_reports(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), acceptReport)),
+      m_gateway(std::make_unique<Gateway>(m_authority.issueForLoopback()))
 {
     m_content->moveToThread(&m_thread);
     m_reports->moveToThread(&m_thread);
@@ -51,7 +52,7 @@ bool LocalBackend::start(QString* error)
     m_thread.start();
     bool listening = false;
     runOn(&m_worker, [&] { listening = m_content->open() && m_reports->open(); });
-    if (!listening) {
+    if (!listening || !m_gateway->start()) {
         *error = QStringLiteral("No port could be opened: %1").arg(m_content->errorString());
         return false;
     }
@@ -95,7 +96,7 @@ bool LocalBackend::writeDeployment(const QJsonObject& changes) const
         {QStringLiteral("testWebHost"), content},
         {QStringLiteral("logCollectionHost"), reports},
         {QStringLiteral("logCollectionToken"), QStringLiteral("00000000-0000-0000-0000-000000000000")},
-        {QStringLiteral("eventGateway"), content},
+        {QStringLiteral("eventGateway"), QStringLiteral("127.0.0.1:%1").arg(m_gateway->port())},
         {QStringLiteral("sentryDsn"), QStringLiteral("https://%1:%1@%2/55").arg(key, reports)},
         {QStringLiteral("typeUrlDomain"), QStringLiteral("velkor.example")},
         {QStringLiteral("gameServerDomainSuffix"), QStringLiteral(".servers.velkor.example")},

@@ -1,14 +1,15 @@
 #pragma once
 
+#include "tools/backend/gateway.h"
 #include "tools/backend/httpsserver.h"
 
 #include <QJsonObject>
 #include <QThread>
 
 /**
- * The service on this machine: a content server over HTTPS and a collector of exception reports, each on a
- * free port of 127.0.0.1 and with certificates of an authority made on the spot. It works on a thread of its
- * own.
+ * The service on this machine: a content server over HTTPS, a collector of exception reports, and a gateway
+ * for telemetry, each on a free port of 127.0.0.1 and with certificates of an authority made on the spot. It
+ * works on a thread of its own.
  */
 class LocalBackend
 {
@@ -23,6 +24,7 @@ public:
 
     HttpsServer& content() { return *m_content; }
     HttpsServer& reports() { return *m_reports; }
+    Gateway& gateway() { return *m_gateway; }
     /** The exception reports that have arrived, oldest first. */
     QVector<QJsonObject> exceptionReports() const;
 
@@ -46,4 +48,5 @@ private:
     Worker m_worker; // runs actions on that thread
     std::unique_ptr<HttpsServer> m_content;
     std::unique_ptr<HttpsServer> m_reports;
+    std::unique_ptr<Gateway> m_gateway;
 };

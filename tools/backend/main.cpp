@@ -14,12 +14,19 @@ static void printReport(const QJsonObject& report)
     std::fflush(stdout);
 }
 
+static void printEvent(const ReceivedEvent& event)
+{
+    std::printf("event: %s { %s }\n", qPrintable(event.type.mid(event.type.indexOf('.') + 1)),
+                qPrintable(event.text));
+    std::fflush(stdout);
+}
+
 int main(int argc, char** argv)
 {
     const QCoreApplication app(argc, argv);
     QCommandLineParser parser;
-    parser.setApplicationDescription(
-        QStringLiteral("Serves a published tree on this machine and collects exception reports."));
+    parser.setApplicationDescription(QStringLiteral("Serves a published tree on this machine, and prints the "
+                                                    "telemetry and the exception reports that arrive."));
     parser.addHelpOption();
     parser.addOptions({
         {QStringLiteral("tree"), QStringLiteral("The published tree"), QStringLiteral("folder")},
@@ -35,6 +42,7 @@ int main(int argc, char** argv)
     LocalBackend backend(parser.value(QStringLiteral("tree")), parser.value(QStringLiteral("state")));
     QObject::connect(&backend.reports(), &HttpsServer::requestAnswered, &app,
                      [&backend] { printReport(backend.exceptionReports().constLast()); });
+    backend.gateway().setListener(printEvent);
     QString error;
     if (!backend.start(&error)) {
         std::fprintf(stderr, "velkor-backend: %s\n", qPrintable(error));
