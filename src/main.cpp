@@ -7,6 +7,7 @@
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
+#include "shell/endsignals.h"
 #include "shell/mainwindow.h"
 #include "shell/theme.h"
 #include "tasks/scheduler.h"
@@ -124,6 +125,8 @@ int run(QApplication* app)
     auto factory = std::make_unique<ServerFactory>(settings);
     qDebug() << "Creating main window";
     auto window = std::make_unique<MainWindow>();
+    const EndSignals endSignals;
+    QObject::connect(&endSignals, &EndSignals::endRequested, window.get(), &MainWindow::quit);
     window->onLoadFinished();
     qDebug() << "Entering app.exec";
     const int result = QApplication::exec();

@@ -35,6 +35,8 @@ public slots:
     void onLoadFinished();
     /** Shows the window again after it was hidden. */
     void restoreWindow();
+    /** Ends the launcher, whatever the settings say about hiding. */
+    void quit();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -57,7 +59,6 @@ private slots:
     void startLogLens();
     void onShowSharedCacheFolder();
     void onShowLauncherLogsFolder();
-    void quit();
 
 private:
     void setupMenu();

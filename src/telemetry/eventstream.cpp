@@ -19,6 +19,12 @@ constexpr std::chrono::milliseconds channelReport{1000};
 constexpr int firstReconnectMs = 500;
 constexpr int maxReconnectMs = 5000;
 
+/** Whether the gateway has what was written: it says so itself, or the stream's time was up. */
+bool endedInOrder(const grpc::Status& status)
+{
+    return status.ok() || status.error_code() == grpc::StatusCode::DEADLINE_EXCEEDED;
+}
+
 /** Adds the player's ticket to each call. */
 class MyCustomAuthenticator : public grpc::MetadataCredentialsPlugin
 {
@@ -224,9 +230,9 @@ bool EventStream::confirmed()
         return false;
     if (!m_grpc->call->waitForEnd(confirmation))
         return true;
-    const bool wasItsAge = m_grpc->call->status().error_code() == grpc::StatusCode::DEADLINE_EXCEEDED;
+    const bool inOrder = endedInOrder(m_grpc->call->status());
     cleanupGrpc();
-    return wasItsAge;
+    return inOrder;
 }
 
 bool EventStream::finish(Clock::duration patience)
@@ -235,9 +241,9 @@ bool EventStream::finish(Clock::duration patience)
         return false;
     m_grpc->call->endWriting();
     const bool ended = m_grpc->call->waitForEnd(patience);
-    const auto code = m_grpc->call->status().error_code();
+    const bool inOrder = ended && endedInOrder(m_grpc->call->status());
     cleanupGrpc();
-    return ended && (code == grpc::StatusCode::OK || code == grpc::StatusCode::DEADLINE_EXCEEDED);
+    return inOrder;
 }
 
 void EventStream::cleanupGrpc()

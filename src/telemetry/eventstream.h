@@ -54,7 +54,7 @@ public:
 
     /**
      * Whether the events written since the last call are with the gateway: the stream still stands after a
-     * moment, or has ended for no other reason than its age.
+     * moment, or has ended in good order or for its age.
      */
     bool confirmed();
 

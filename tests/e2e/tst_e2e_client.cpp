@@ -103,6 +103,16 @@ private slots:
         QVERIFY(m_launcher->log().contains("\thello\n")); // what the client prints goes to the log
         QVERIFY(!m_launcher->log().contains("crashed"));
         QVERIFY(m_launcher->setting("FirstClientLaunchTimestamp").isValid());
+
+        m_launcher->process().terminate();
+        QVERIFY(m_launcher->process().waitForFinished(20000));
+        QStringList events;
+        for (const auto& event : m_service->backend().gateway().events())
+            events << event.type.mid(QString("velkor_launcher.").size());
+        QCOMPARE(events, (QStringList{"Installed", "Started", "ClientUpdateStarted", "ClientUpdateCompleted",
+                                      "CustomWineLaunched", "ClientInitiallyLaunched", "ClientLaunched",
+                                      "Shutdown"}));
+        QVERIFY(m_service->backend().gateway().events().last().text.contains("clients_started: 1"));
     }
 
     void tellsACrash()

@@ -10,6 +10,13 @@ LogReceiver::LogReceiver(QObject* parent) : QObject(parent)
     connect(&m_server, &QTcpServer::newConnection, this, &LogReceiver::onNewConnection);
 }
 
+// The sockets end with the server, after this object's own part is gone.
+LogReceiver::~LogReceiver()
+{
+    for (auto socket = m_connections.keyBegin(); socket != m_connections.keyEnd(); ++socket)
+        (*socket)->disconnect(this);
+}
+
 bool LogReceiver::listen(quint16 port) { return m_server.listen(QHostAddress::LocalHost, port); }
 
 void LogReceiver::onNewConnection()

@@ -14,6 +14,7 @@ class LogReceiver : public QObject
 
 public:
     explicit LogReceiver(QObject* parent = nullptr);
+    ~LogReceiver() override;
 
     /** Listens on 127.0.0.1; port 0 takes a free one. Returns false when the port is taken. */
     bool listen(quint16 port);
