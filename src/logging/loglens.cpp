@@ -36,6 +36,9 @@ LogLens::LogLens(quint16 port) : m_port(port)
     });
 }
 
+// A socket that ends tells so, when the timer is gone already.
+LogLens::~LogLens() { m_socket.disconnect(this); }
+
 LogLens* LogLens::instance()
 {
     static auto* lens = new LogLens;

@@ -21,6 +21,7 @@ public:
     static constexpr int maxWaiting = 1000;
 
     explicit LogLens(quint16 port = defaultPort);
+    ~LogLens() override;
 
     /** The one object of the process; it is never destroyed. */
     static LogLens* instance();
