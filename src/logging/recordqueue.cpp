@@ -3,13 +3,14 @@
 #include "logging/router.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
 
 namespace
 {
 constexpr size_t maxWaiting = 10000;
-constexpr std::chrono::milliseconds patience{100};
-constexpr int sliceMs = 20;
+/** Threads that wait for room are let on only when there is much of it: so they rarely get in the way. */
+constexpr size_t muchRoom = maxWaiting / 2;
+constexpr std::chrono::milliseconds patience{500};
+constexpr int sliceMs = 10;
 constexpr size_t recordsAtATime = 200;
 } // namespace
 
@@ -27,7 +28,8 @@ void RecordQueue::post(const LogMessage& record)
     QMetaObject::invokeMethod(this, &RecordQueue::deliver, Qt::QueuedConnection);
 }
 
-// A timer lets everything else on the main thread have its turn before the next slice.
+// A real timer lets everything else on the main thread have its turn before the next slice; events that are
+// posted would all be delivered in one go.
 void RecordQueue::deliver()
 {
     QElapsedTimer timer;
@@ -37,9 +39,15 @@ void RecordQueue::deliver()
         emitAll(records);
         if (!timer.hasExpired(sliceMs))
             continue;
-        QTimer::singleShot(0, this, &RecordQueue::deliver);
+        m_nextSlice.start(0, this);
         return;
     }
+}
+
+void RecordQueue::timerEvent(QTimerEvent* /*event*/)
+{
+    m_nextSlice.stop();
+    deliver();
 }
 
 void RecordQueue::flush()
@@ -62,7 +70,8 @@ bool RecordQueue::takeSome(std::deque<LogMessage>* records)
         records->push_back(std::move(m_records.front()));
         m_records.pop_front();
     }
-    m_room.notify_all();
+    if (m_records.size() <= muchRoom)
+        m_room.notify_all();
     m_scheduled = !records->empty();
     return m_scheduled;
 }

@@ -2,6 +2,7 @@
 
 #include "logging/logmessage.h"
 
+#include <QBasicTimer>
 #include <QObject>
 
 #include <condition_variable>
@@ -28,12 +29,16 @@ public:
     /** Delivers whatever waits. Main thread. */
     void flush();
 
+protected:
+    void timerEvent(QTimerEvent* event) override;
+
 private:
     void deliver();
     bool takeSome(std::deque<LogMessage>* records);
     void emitAll(const std::deque<LogMessage>& records);
 
     Router* const m_router;
+    QBasicTimer m_nextSlice;
     std::mutex m_mutex;
     std::condition_variable m_room;
     std::deque<LogMessage> m_records;

@@ -46,7 +46,7 @@ void LogReceiver::onReadyRead(QTcpSocket* socket)
     bool valid = true;
     for (; valid && buffer.size() - at >= LogRecord::size; at += LogRecord::size)
         valid = take(buffer.mid(at, LogRecord::size), &*found, &records);
-    buffer.remove(0, at);
+    buffer.remove(0, valid ? at : buffer.size());
     if (!records.isEmpty())
         emit received(records);
     if (!valid) {
