@@ -30,6 +30,11 @@ BundleFailure recordFailure(const char* kind, const QString& message)
     return {QLatin1String(kind), message, QStringLiteral("start")};
 }
 
+BundleFailure wrongSize()
+{
+    return recordFailure("IncorrectSize", QStringLiteral("Uncompressed buffer is not of the right size"));
+}
+
 qint64 sizeOf(const QJsonValue& chunk)
 {
     return static_cast<qint64>(chunk.toObject().value(QLatin1String("size")).toDouble());
@@ -112,15 +117,13 @@ BundleFailure BundleUnpacker::unpack(const Index& index, const QString& targetRo
 
 BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* reader)
 {
-    const auto wrongSize =
-        recordFailure("IncorrectSize", QStringLiteral("Uncompressed buffer is not of the right size"));
     char head[2 * lengthSize];
     if (!reader->read(head, sizeof head))
         return reader->failure();
     // The record is as long as it says only if the bundle is; memory is taken for no other.
     const qint64 length = qint64(qFromLittleEndian<quint32>(head)) + lengthSize;
     if (Inflater::announcedLength(head + lengthSize, lengthSize) != row.size)
-        return wrongSize;
+        return wrongSize();
     if (length - lengthSize > reader->remaining() || length > std::numeric_limits<int>::max() - 64)
         return recordFailure("EndOfBundle", QStringLiteral("The bundle ends inside a record"));
     m_record.resize(static_cast<int>(length));
@@ -130,7 +133,7 @@ BundleFailure BundleUnpacker::readRecord(const IndexEntry& row, ChunkReader* rea
 
     if (!Inflater::isPlausible(m_record.constData(), static_cast<size_t>(length)) ||
         !m_inflater.inflateTo(placeFor(row.size), m_record.constData(), static_cast<size_t>(length)))
-        return wrongSize;
+        return wrongSize();
     if (m_record.capacity() > batchBytes) { // not one large buffer beside another
         m_record = QByteArray();
         m_record.reserve(recordBytes);

@@ -12,7 +12,7 @@ namespace
 constexpr int retryMs = 5000;
 /** More than so many bytes are not handed to the system at a time, so that what waits can still be dropped.
  */
-constexpr qint64 maxInSocket = 64 * 1024;
+constexpr qint64 maxInSocket = 65536;
 
 int typeOf(const QString& typeName)
 {

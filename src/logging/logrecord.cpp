@@ -76,7 +76,7 @@ bool decodeLogRecord(const QByteArray& bytes, LogRecord* record)
         qFromLittleEndian<quint16>(bytes.constData() + versionAt) != supportedVersion ||
         static_cast<uchar>(bytes[typeAt]) > maxType)
         return false;
-    record->type = bytes[typeAt];
+    record->type = static_cast<uchar>(bytes[typeAt]);
     record->continues = (bytes[flagsAt] & continuesFlag) != 0;
     record->msSinceEpoch = qFromLittleEndian<qint64>(bytes.constData() + timeAt);
     record->processId = qFromLittleEndian<quint32>(bytes.constData() + processAt);

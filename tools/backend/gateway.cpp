@@ -52,7 +52,7 @@ struct Gateway::Server final : public gateway::GatewayService::Service {
         return fault;
     }
 
-    void keep(ReceivedEvent event)
+    void keep(const ReceivedEvent& event)
     {
         std::function<void(const ReceivedEvent&)> tell;
         {

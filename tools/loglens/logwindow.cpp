@@ -62,7 +62,7 @@ void LogWindow::setupToolBar()
     bar->addSeparator();
     m_pause = bar->addAction(tr("Pause"), this, &LogWindow::showArrived);
     m_pause->setCheckable(true);
-    m_pause->setShortcut(Qt::CTRL | Qt::Key_P);
+    m_pause->setShortcut(QKeySequence(QStringLiteral("Ctrl+P")));
     m_pause->setToolTip(tr("Hold the table still; records go on arriving"));
     bar->addAction(tr("Clear"), this, [this] {
         m_arrived.clear();
