@@ -88,7 +88,8 @@ void DownloadQueue::startDownload()
 void DownloadQueue::pauseDownload()
 {
     m_paused = true;
-    m_progress.stop();
+    if (m_running) // else a worker may be filling the queue
+        m_progress.stop();
 }
 
 void DownloadQueue::downloadNextEntries()

@@ -123,6 +123,8 @@ void QMetaObject::activate(QObject* sender, const QMetaObject* meta, int index, 
 {
     static const auto real = next<void (*)(QObject*, const QMetaObject*, int, void**)>(
         "_ZN11QMetaObject8activateEP7QObjectPKS_iPPv");
+    // Watchers of futures emit from an event handler of their own.
+    __tsan_acquire(&order);
     __tsan_release(&order);
     real(sender, meta, index, arguments);
 }

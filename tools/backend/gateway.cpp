@@ -4,6 +4,7 @@
 #include <grpcpp/grpcpp.h>
 #include <mutex>
 #include <thread>
+#include <vector>
 #include <velkor_launcher/gateway.grpc.pb.h>
 
 using namespace velkor_launcher;
@@ -42,7 +43,7 @@ struct Gateway::Server final : public gateway::GatewayService::Service {
     int port = 0;
     mutable std::mutex mutex; // of what follows
     Fault fault = Fault::None;
-    QVector<ReceivedEvent> events;
+    std::vector<ReceivedEvent> events;
     std::function<void(const ReceivedEvent&)> listener;
     int streams = 0;
 
@@ -57,7 +58,7 @@ struct Gateway::Server final : public gateway::GatewayService::Service {
         std::function<void(const ReceivedEvent&)> tell;
         {
             const std::lock_guard lock(mutex);
-            events << event;
+            events.push_back(event);
             tell = listener;
         }
         if (tell)
@@ -141,7 +142,7 @@ void Gateway::setFault(Fault fault)
 QVector<ReceivedEvent> Gateway::events() const
 {
     const std::lock_guard lock(m_server->mutex);
-    return m_server->events;
+    return {m_server->events.begin(), m_server->events.end()};
 }
 
 void Gateway::clear()

@@ -14,6 +14,11 @@ constexpr int compressionLevel = 8;
 /** So much content is compressed at a time, on all processors. */
 constexpr qint64 windowBytes = qint64(128) << 20;
 
+struct Record {
+    IndexEntryPtr row;
+    QByteArray bytes;
+};
+
 /** A record of the stream; empty when the content cannot be read. */
 QByteArray recordOf(const ContentStore& store, const IndexEntry& row)
 {
@@ -38,21 +43,19 @@ bool BundleWriter::write(QString* error)
 {
     const auto& rows = m_index.entries();
     for (int next = 0; next < rows.size();) {
-        QVector<IndexEntryPtr> window;
+        std::vector<Record> window;
         for (qint64 bytes = 0; next < rows.size() && bytes < windowBytes; ++next) {
-            window << rows[next];
+            window.push_back({rows[next], {}});
             bytes += rows[next]->size;
         }
-        const std::function<QByteArray(const IndexEntryPtr&)> compress = [this](const IndexEntryPtr& row) {
-            return recordOf(m_store, *row);
-        };
-        const auto records = QtConcurrent::blockingMapped<QVector<QByteArray>>(window, compress);
-        for (int i = 0; i < records.size(); ++i) {
-            if (records[i].isEmpty()) {
-                *error = QStringLiteral("The tree lacks %1").arg(window[i]->cachedName);
+        QtConcurrent::blockingMap(window,
+                                  [this](Record& record) { record.bytes = recordOf(m_store, *record.row); });
+        for (const auto& record : window) {
+            if (record.bytes.isEmpty()) {
+                *error = QStringLiteral("The tree lacks %1").arg(record.row->cachedName);
                 return false;
             }
-            if (!append(records[i], error))
+            if (!append(record.bytes, error))
                 return false;
         }
     }
