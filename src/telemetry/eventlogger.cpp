@@ -3,13 +3,12 @@
 #include "settings/settings.h"
 #include "telemetry/eventstream.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDebug>
 #include <QJsonDocument>
-#include <QNetworkInterface>
 #include <QSslConfiguration>
-#include <QSysInfo>
 #include <QThreadPool>
 #include <QtConcurrent>
 
@@ -22,7 +21,6 @@ using std::chrono::steady_clock;
 
 namespace
 {
-constexpr auto launcherBuild = "1548102";
 constexpr std::chrono::seconds shutdownTime{10};
 /** At the end, so much of that may go into reaching the gateway. */
 constexpr std::chrono::seconds lastConnectTime{1};
@@ -30,24 +28,6 @@ constexpr std::chrono::milliseconds pauseAfterFailure{200};
 constexpr auto cipherSuites = "ECDHE-ECDSA-AES128-GCM-SHA256:ECDHE-RSA-AES128-GCM-SHA256:"
                               "ECDHE-ECDSA-AES256-GCM-SHA384:ECDHE-RSA-AES256-GCM-SHA384";
 constexpr auto timeFormat = "yyyy-MM-ddTHH:mm:ss.zzzZ";
-
-/** Of the first network interface that has one and is not the loopback; the loopback's where there is no
- * other. */
-QString firstHardwareAddress()
-{
-    const auto interfaces = QNetworkInterface::allInterfaces();
-    for (const auto& interface : interfaces) {
-        if (!(interface.flags() & QNetworkInterface::IsLoopBack) && !interface.hardwareAddress().isEmpty())
-            return interface.hardwareAddress();
-    }
-    return interfaces.isEmpty() ? QString() : interfaces.first().hardwareAddress();
-}
-
-QByteArray newSession()
-{
-    const auto text = firstHardwareAddress() + QString::number(QDateTime::currentMSecsSinceEpoch());
-    return QCryptographicHash::hash(text.toLocal8Bit(), QCryptographicHash::Md5);
-}
 
 /** The system's authorities, and those that the deployment has added. */
 std::string rootCertificates()
@@ -60,24 +40,13 @@ std::string rootCertificates()
         pem += certificate.toPem();
     return pem.toStdString();
 }
-
-void fillTimestamp(google::protobuf::Timestamp* timestamp)
-{
-    timestamp->set_seconds(QDateTime::currentSecsSinceEpoch());
-}
-
-graphics::DirectXMode dxStringToDXMode(const QString& text)
-{
-    if (text == QLatin1String("dx9"))
-        return graphics::DX9;
-    return text == QLatin1String("dx11") ? graphics::DX11 : graphics::UNKNOWN;
-}
-
-void assign(std::string* to, const QByteArray& bytes)
-{
-    to->assign(bytes.constData(), static_cast<size_t>(bytes.size()));
-}
 } // namespace
+
+QByteArray EventLogger::newSession()
+{
+    const auto text = firstHardwareAddress() + QString::number(QDateTime::currentMSecsSinceEpoch());
+    return QCryptographicHash::hash(text.toLocal8Bit(), QCryptographicHash::Md5);
+}
 
 EventLogger::EventLogger(const QString& gateway, const QString& domain)
     : m_gateway(gateway.toStdString()), m_typeUrlPrefix(QStringLiteral("type.%1").arg(domain).toStdString()),
@@ -90,152 +59,41 @@ EventLogger::EventLogger(const QString& gateway, const QString& domain)
 
 EventLogger::~EventLogger()
 {
-    {
-        const std::lock_guard lock(m_mutex);
-        m_stopping = true;
-    }
-    m_wake.notify_all();
+    stopNow();
     waitForWorker();
 }
 
 EventLogger* EventLogger::instance()
 {
-    static auto* logger = new EventLogger(Settings::instance()->getEventLoggerHost(),
-                                          Settings::instance()->getDeployment().typeUrlDomain);
+    static auto* logger = [] {
+        auto* made = new EventLogger(Settings::instance()->getEventLoggerHost(),
+                                     Settings::instance()->getDeployment().typeUrlDomain);
+        // The end of the application waits for the pool, hence for the worker.
+        qAddPostRoutine([] { instance()->stopNow(); });
+        return made;
+    }();
     return logger;
 }
 
-void EventLogger::launcherInstalled(long long /*installTime*/)
+void EventLogger::stopNow()
 {
-    auto message = std::make_unique<Installed>();
-    fillTimestamp(message->mutable_install_time());
-    queueAllocatedEvent(std::move(message));
+    {
+        const std::lock_guard lock(m_mutex);
+        m_stopping = true;
+        m_stopTime = std::min(m_stopTime, steady_clock::now());
+    }
+    m_wake.notify_all();
 }
 
-void EventLogger::launcherStarted()
+void EventLogger::beginShutdown()
 {
-    auto message = std::make_unique<Started>();
-    const auto* settings = Settings::instance();
-    auto* application = message->mutable_application();
-    application->set_version(launcherBuild);
-    application->set_build_tag(static_cast<Application::BuildTag>(settings->getVersionType()));
-    application->set_locale(Application::WORLD);
-    auto* host = message->mutable_host();
-    fillOsInfo(host->mutable_os());
-    const auto address = firstHardwareAddress();
-    qDebug().noquote() << "Hardware address:" << address;
-    assign(host->mutable_mac_address(), QByteArray::fromHex(address.toLatin1().replace(':', "")));
-    assign(host->mutable_md5_hash(), settings->getMachineHash());
-    fillTimestamp(message->mutable_start_time());
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::launcherUpdating(const QString& /*from*/, const QString& to, int /*cancelled*/)
-{
-    auto message = std::make_unique<UpdateStarted>();
-    fillTimestamp(message->mutable_start_time());
-    message->set_target_version(to.toStdString());
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::launcherShutdown(int clientsRunning, int clientsLaunched, int /*sessionDuration*/)
-{
-    auto message = std::make_unique<Shutdown>();
-    fillTimestamp(message->mutable_shutdown_time());
-    message->set_clients_running(clientsRunning);
-    message->set_clients_started(clientsLaunched);
-    queueAllocatedEvent(std::move(message));
     {
         const std::lock_guard lock(m_mutex);
         m_stopping = true;
         m_stopTime = steady_clock::now() + shutdownTime;
     }
+    qDebug() << "grpc shutdown timer started";
     m_wake.notify_all();
-}
-
-void EventLogger::clientInitiallyLaunched(const QString& server, long long /*launchTime*/, bool is64)
-{
-    auto message = std::make_unique<ClientInitiallyLaunched>();
-    fillTimestamp(message->mutable_launch_time());
-    message->set_target_server(server.toStdString());
-    fillClientOptions(message->mutable_client_options(), is64);
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::clientLaunched(const QString& server, bool is64)
-{
-    auto message = std::make_unique<ClientLaunched>();
-    fillTimestamp(message->mutable_launch_time());
-    message->set_target_server(server.toStdString());
-    fillClientOptions(message->mutable_client_options(), is64);
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::clientUpdateStarted(const QString& server)
-{
-    auto message = std::make_unique<ClientUpdateStarted>();
-    fillTimestamp(message->mutable_start_time());
-    message->set_target_server(server.toStdString());
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::clientUpdateCompleted(const QString& server)
-{
-    auto message = std::make_unique<ClientUpdateCompleted>();
-    fillTimestamp(message->mutable_completion_time());
-    message->set_target_server(server.toStdString());
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::clientUpdateFailed(const QString& server, unsigned int code)
-{
-    auto message = std::make_unique<ClientUpdateFailed>();
-    fillTimestamp(message->mutable_failure_time());
-    message->set_error_code(code);
-    message->set_target_server(server.toStdString());
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::releaseWineLaunched(const QString& server, const QString& wineBuild, const QString& dx)
-{
-    auto message = std::make_unique<ReleaseWineLaunched>();
-    message->set_target_server(server.toStdString());
-    message->set_wine_build(wineBuild.toStdString());
-    fillOsInfo(message->mutable_os());
-    message->set_directx_mode(dxStringToDXMode(dx));
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::developmentWineLaunched(const QString& server, const QString& branch, const QString& build,
-                                          const QString& dx)
-{
-    auto message = std::make_unique<DevelopmentWineLaunched>();
-    message->set_target_server(server.toStdString());
-    message->set_wine_branch(branch.toStdString());
-    message->set_wine_build(build.toStdString());
-    fillOsInfo(message->mutable_os());
-    message->set_directx_mode(dxStringToDXMode(dx));
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::customWineLaunched(const QString& server, const QString& dx)
-{
-    auto message = std::make_unique<CustomWineLaunched>();
-    message->set_target_server(server.toStdString());
-    fillOsInfo(message->mutable_os());
-    message->set_directx_mode(dxStringToDXMode(dx));
-    queueAllocatedEvent(std::move(message));
-}
-
-void EventLogger::fillOsInfo(OS* os)
-{
-    os->set_kind(OS::LINUX);
-    os->set_version(QSysInfo::productVersion().toStdString());
-}
-
-void EventLogger::fillClientOptions(ClientOptions* options, bool is64)
-{
-    options->set_bitness(is64 ? ClientOptions::BITNESS_64 : ClientOptions::BITNESS_32);
 }
 
 void EventLogger::setAuthenticationToken(const QString& token)

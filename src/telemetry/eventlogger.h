@@ -85,12 +85,19 @@ private:
     using Payload = std::unique_ptr<google::protobuf::Message>;
 
     void queueAllocatedEvent(Payload message);
+    void beginShutdown();
+    /** Lets the worker end at once, with whatever is queued unsent. */
+    void stopNow();
     void sendQueuedEvents();
     bool waitForWork();
     bool isTooLateToConnect();
     std::chrono::steady_clock::duration timeLeft();
     bool sendBatch(EventStream* stream);
     std::string ticket() const;
+    static QByteArray newSession();
+    /** Of the first network interface that has one and is not the loopback; the loopback's where there is no
+     * other. */
+    static QString firstHardwareAddress();
     static void fillOsInfo(velkor_launcher::OS* os);
     static void fillClientOptions(velkor_launcher::ClientOptions* options, bool is64);
 
@@ -104,6 +111,6 @@ private:
     QString m_token;
     bool m_started = false;
     std::atomic<bool> m_stopping{false};
-    std::chrono::steady_clock::time_point m_stopTime;
+    std::chrono::steady_clock::time_point m_stopTime = std::chrono::steady_clock::time_point::max();
     QFuture<void> m_sender;
 };

@@ -117,8 +117,8 @@ private slots:
             if (!action->isSeparator())
                 items << action->text();
         }
-        QCOMPARE(items,
-                 (QStringList{"&Server list", "Show in File Browser", "&Refresh", "About...", "E&xit"}));
+        QCOMPARE(items, (QStringList{"&Server list", "Start LogLens", "Show in File Browser", "&Refresh",
+                                     "About...", "E&xit"}));
     }
 
     void refreshesAllServersAndComesAgain()
