@@ -45,7 +45,7 @@ DownloadFromIndexTask::DownloadFromIndexTask(const QString& name, const IndexPtr
     connect(m_queue, &DownloadQueue::progressUpdate, this, &DownloadFromIndexTask::onProgressUpdate);
     connect(m_queue, &DownloadQueue::transferUpdate, this, &DownloadFromIndexTask::transferUpdate);
     connect(m_queue, &DownloadQueue::finished, this, &DownloadFromIndexTask::onDownloadQueueFinished);
-    connect(&m_scanWatcher, &QFutureWatcher<void>::finished, this,
+    connect(&m_scanWatcher, &QFutureWatcher<bool>::finished, this,
             &DownloadFromIndexTask::onAddMissingFilesToQueueFinished);
     connect(&m_unpackWatcher, &QFutureWatcher<bool>::finished, this,
             &DownloadFromIndexTask::onUnpackBundleFinished);
@@ -73,11 +73,12 @@ void DownloadFromIndexTask::go()
         return;
     }
     m_state = State::Scanning;
-    m_scanWatcher.setFuture(QtConcurrent::run([this] { addMissingFilesToQueue(); }));
+    m_scanWatcher.setFuture(QtConcurrent::run([this] { return addMissingFilesToQueue(); }));
 }
 
-// On a worker thread; the queue has not been started, so nobody else touches it.
-void DownloadFromIndexTask::addMissingFilesToQueue()
+// On a worker thread; the queue has not been started, so nobody else touches it. Returns whether the bundle
+// is to be downloaded instead.
+bool DownloadFromIndexTask::addMissingFilesToQueue()
 {
     qDebug() << "addMissingFilesToQueue checking" << m_index->entries().size() << "files";
     QElapsedTimer timer;
@@ -97,13 +98,14 @@ void DownloadFromIndexTask::addMissingFilesToQueue()
         qWarning().noquote() << m_name << "skips" << m_refusedRows
                              << "rows that point outside the cache, the first is" << scan.firstRefused;
     }
-    m_bundleMode = wantsBundle(scan.checked, scan.checkedBytes);
-    if (m_bundleMode) {
+    const bool byBundle = wantsBundle(scan.checked, scan.checkedBytes);
+    if (byBundle) {
         qDebug().noquote() << "Downloading bundle for" << m_index->getName();
         m_queue->clear();
     }
     if (!scan.missing.isEmpty() && !m_marker && !isShortOfRoom(0))
         m_marker = UpdateMarker::acquire(m_cacheFolder, &m_markerError);
+    return byBundle;
 }
 
 bool DownloadFromIndexTask::wantsBundle(int checked, qint64 checkedBytes) const
@@ -137,6 +139,7 @@ void DownloadFromIndexTask::recoverFromInterruption()
 
 void DownloadFromIndexTask::onAddMissingFilesToQueueFinished()
 {
+    m_bundleMode = m_scanWatcher.result();
     if (isShortOfRoom(0)) {
         failWithStorage(tr("Not enough room in %1: %2 needed, %3 free")
                             .arg(QDir::toNativeSeparators(m_cacheFolder), formatMemory(m_missingBytes),

@@ -60,7 +60,7 @@ private:
     enum class State { Scanning, FetchingBundleInfo, Downloading, Unpacking, Syncing, Done, Finished };
 
     // On a worker thread
-    void addMissingFilesToQueue();
+    bool addMissingFilesToQueue();
     void recoverFromInterruption();
     bool wantsBundle(int checked, qint64 checkedBytes) const;
     /** Whether the missing files, and so many bytes more, do not fit on the disk. */
@@ -87,7 +87,7 @@ private:
     std::optional<Bundle> m_bundle;
     std::unique_ptr<BundleUnpacker> m_unpacker;
     std::atomic<bool> m_abandoned{false};
-    QFutureWatcher<void> m_scanWatcher;
+    QFutureWatcher<bool> m_scanWatcher;
     QFutureWatcher<bool> m_unpackWatcher;
     QFutureWatcher<void> m_cleanUpWatcher;
     std::shared_ptr<UpdateMarker> m_marker;
