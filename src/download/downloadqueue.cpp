@@ -101,6 +101,8 @@ bool DownloadQueue::takeNextEntry(QueueEntry* next, QString* fileName)
 
 void DownloadQueue::goOn()
 {
+    if (!m_running)
+        return;
     downloadNextEntries();
     checkIfFinished();
 }

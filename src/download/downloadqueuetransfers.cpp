@@ -131,9 +131,11 @@ void DownloadQueue::getFinished(QNetworkReply* reply)
         return;
     const auto transfer = m_transfers.take(reply);
     m_sinceAnyProgress.start();
-    settleReply(reply, transfer);
-    updateProgress();
     reply->deleteLater();
+    settleReply(reply, transfer);
+    if (!m_running) // that was the last one, and the owner may be filling the queue again
+        return;
+    updateProgress();
     if (reply->error() == QNetworkReply::NoError || transfer.isPatch) {
         goOn();
     } else {
