@@ -108,6 +108,8 @@ qint64 Bundle::missingBytes() const
 void Bundle::removeChunks() const
 {
     const auto root = m_resFiles + QStringLiteral("/bundles");
+    if (QFileInfo(root).isSymLink()) // what is there is not ours to remove
+        return;
     const auto own = chunkBase() + QStringLiteral(".bundle.");
     const auto old = QDateTime::currentDateTime().addSecs(-keepForeignChunksSecs);
     QDirIterator files(root, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);

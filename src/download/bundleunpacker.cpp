@@ -53,7 +53,11 @@ bool BundleUnpacker::start(const IndexPtr& index, const QString& targetRoot, con
         for (const auto& chunk : chunks)
             bytes += sizeOf(chunk);
         ChunkReader reader(chunkBase, bytes);
-        failure = unpack(*index, targetRoot, &reader);
+        try {
+            failure = unpack(*index, targetRoot, &reader);
+        } catch (const std::bad_alloc&) {
+            failure = recordFailure("OutOfMemory", QStringLiteral("The memory does not suffice to unpack"));
+        }
     }
     if (!failure)
         return true;

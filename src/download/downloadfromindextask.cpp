@@ -90,7 +90,7 @@ bool DownloadFromIndexTask::addMissingFilesToQueue()
     for (const auto& entry : scan.missing)
         m_queue->enqueue(entry);
     m_missingBytes = roomFor(scan.missing);
-    m_freeBytes = freeSpace(m_cacheFolder);
+    m_freeBytes = scan.missing.isEmpty() ? std::nullopt : freeSpace(m_cacheFolder);
     qDebug() << "addMissingFilesToQueue took" << static_cast<double>(timer.elapsed()) / 1000.0;
 
     m_refusedRows = scan.refused;

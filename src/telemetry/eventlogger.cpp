@@ -1,5 +1,6 @@
 #include "telemetry/eventlogger.h"
 
+#include "logging/messagehandler.h"
 #include "settings/settings.h"
 #include "telemetry/eventstream.h"
 
@@ -98,6 +99,7 @@ void EventLogger::beginShutdown()
 
 void EventLogger::setAuthenticationToken(const QString& token)
 {
+    logRedactor().addSecret(token);
     const std::lock_guard lock(m_mutex);
     if (token == m_token)
         return;

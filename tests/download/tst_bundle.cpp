@@ -265,6 +265,16 @@ private slots:
         }
     }
 
+    void removesNothingBehindALink()
+    {
+        const QTemporaryDir outside;
+        writeSample(outside.filePath("1/velkor_1.txt.bundle.0"), "somebody else's");
+        QDir().mkpath(m_folder->filePath("ResFiles"));
+        QVERIFY(QFile::link(outside.path(), m_folder->filePath("ResFiles/bundles")));
+        Bundle(m_index, m_folder->path()).removeChunks();
+        QCOMPARE(readFolder(outside.path()).size(), 1);
+    }
+
     void removesItsChunksAndOldOnes()
     {
         const auto folder = m_folder->filePath("ResFiles/bundles/");

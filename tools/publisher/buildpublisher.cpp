@@ -59,6 +59,9 @@ bool BuildPublisher::checkOptions(QString* error) const
         *error = QStringLiteral("--server must be a catalogue key, such as ks");
     else if (!word.match(m_options.build).hasMatch())
         *error = QStringLiteral("--build must be a build number");
+    else if (!std::all_of(m_options.previous.begin(), m_options.previous.end(),
+                          [](const QString& build) { return word.match(build).hasMatch(); }))
+        *error = QStringLiteral("--previous must be a build number");
     else if (!QFileInfo(m_options.from).isDir())
         *error = QStringLiteral("--from must be a folder: %1").arg(m_options.from);
     else if (!m_options.resources.isEmpty() && !QFileInfo(m_options.resources).isDir())
