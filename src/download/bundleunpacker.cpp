@@ -17,7 +17,6 @@ namespace
 constexpr int batchBytes = 32 << 20;
 constexpr int recordBytes = 1 << 20;
 constexpr int batchFiles = 2000;
-constexpr int reportIntervalMs = 125;
 constexpr qint64 lengthSize = 4;
 
 BundleFailure chunkFailure(const char* kind, const QString& message)
@@ -103,7 +102,6 @@ BundleFailure BundleUnpacker::unpack(const Index& index, const QString& targetRo
         m_bytesTotal += row->size;
     m_arena.reset(new char[batchBytes]);
     m_record.reserve(recordBytes);
-    m_sinceReport.start();
     for (const auto& row : index.entries()) {
         if (m_batch.bytes + row->size > batchBytes || m_batch.rows.size() >= batchFiles) {
             if (auto failure = flush())
@@ -202,9 +200,8 @@ BundleFailure BundleUnpacker::writeFile(const IndexEntry& row, const QByteArray&
 
 void BundleUnpacker::reportProgress(const Index& index)
 {
-    if (!m_sinceReport.hasExpired(reportIntervalMs - 1))
+    if (!m_reports.isDue())
         return;
-    m_sinceReport.start();
     const double fraction =
         m_bytesTotal > 0 ? static_cast<double>(m_bytesDone) / static_cast<double>(m_bytesTotal) : 0;
     emit progressUpdate(static_cast<float>(fraction), tr("Unpacking %1 of %2 files (%3)")

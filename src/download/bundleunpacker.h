@@ -3,9 +3,9 @@
 #include "cache/safepath.h"
 #include "download/chunkreader.h"
 #include "download/inflater.h"
+#include "download/reportthrottle.h"
 #include "index/index.h"
 
-#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QObject>
 #include <QSet>
@@ -74,5 +74,5 @@ private:
     int m_filesDone = 0;
     qint64 m_bytesDone = 0;
     qint64 m_bytesTotal = 0;
-    QElapsedTimer m_sinceReport;
+    ReportThrottle m_reports;
 };

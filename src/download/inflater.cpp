@@ -7,7 +7,7 @@
 
 namespace
 {
-constexpr size_t lengthSize = 4;
+constexpr size_t prefixSize = 4;
 // A match of deflate takes at least two bits and stands for at most 258 bytes.
 constexpr qint64 maxRatio = 1032;
 constexpr qint64 maxLength = std::numeric_limits<int>::max() - 64;
@@ -24,7 +24,7 @@ Inflater::~Inflater() = default;
 
 qint64 Inflater::announcedLength(const char* block, size_t size)
 {
-    return size < lengthSize ? -1 : qint64(qFromBigEndian<quint32>(block));
+    return size < prefixSize ? -1 : qint64(qFromBigEndian<quint32>(block));
 }
 
 bool Inflater::isPlausible(const char* block, size_t size)
@@ -36,10 +36,10 @@ bool Inflater::isPlausible(const char* block, size_t size)
 bool Inflater::inflateTo(char* to, const char* block, size_t size)
 {
     const auto length = announcedLength(block, size);
-    if (length == 0 && size == lengthSize) // how the toolkit writes nothing at all
+    if (length == 0 && size == prefixSize) // how the toolkit writes nothing at all
         return true;
     return length >= 0 &&
-           libdeflate_zlib_decompress(m_decompressor.get(), block + lengthSize, size - lengthSize, to,
+           libdeflate_zlib_decompress(m_decompressor.get(), block + prefixSize, size - prefixSize, to,
                                       static_cast<size_t>(length), nullptr) == LIBDEFLATE_SUCCESS;
 }
 

@@ -2,8 +2,6 @@
 
 #include "logging/formatmemory.h"
 
-static constexpr int reportIntervalMs = 125;
-
 void QueueProgress::expect(qint64 bytes)
 {
     ++m_filesEnqueued;
@@ -18,9 +16,8 @@ void QueueProgress::receive(qint64 bytes)
 
 bool QueueProgress::isReportDue()
 {
-    if (m_sinceReport.isValid() && !m_sinceReport.hasExpired(reportIntervalMs - 1))
+    if (!m_reports.isDue())
         return false;
-    m_sinceReport.start();
     m_meter.update(m_clock.elapsed(), m_bytesToDownload - m_bytesReceived);
     return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "download/reportthrottle.h"
 #include "download/transfermeter.h"
 
 #include <QElapsedTimer>
@@ -41,7 +42,7 @@ public:
 
 private:
     QElapsedTimer m_clock;
-    QElapsedTimer m_sinceReport;
+    ReportThrottle m_reports;
     TransferMeter m_meter;
     int m_filesEnqueued = 0;
     int m_filesDone = 0;

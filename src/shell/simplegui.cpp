@@ -12,14 +12,14 @@
 #include <QStylePainter>
 #include <QVBoxLayout>
 
-static QString geometryKey() { return QStringLiteral("LauncherServerListWindowGeometry"); }
+static QString listGeometryKey() { return QStringLiteral("LauncherServerListWindowGeometry"); }
 
 SimpleGui::SimpleGui(QWidget* parent)
     : QWidget(parent), m_layout(new QVBoxLayout(this)), m_rows(new QVBoxLayout),
       m_menuBar(new QMenuBar(this)), m_message(new QLabel(this))
 {
     setWindowTitle(tr("Server list - Velkor Launcher"));
-    restoreGeometry(Settings::instance()->store().value(geometryKey()).toByteArray());
+    restoreGeometry(Settings::instance()->store().value(listGeometryKey()).toByteArray());
 
     auto* list = new QWidget(this);
     list->setLayout(m_rows);
@@ -81,7 +81,7 @@ void SimpleGui::setMenu(QMenu* menu)
 
 void SimpleGui::closeEvent(QCloseEvent* event)
 {
-    Settings::instance()->store().setValue(geometryKey(), saveGeometry());
+    Settings::instance()->store().setValue(listGeometryKey(), saveGeometry());
     qDebug() << "SimpleGui closed";
     QWidget::closeEvent(event);
 }
