@@ -105,11 +105,17 @@ qint64 Bundle::missingBytes() const
     return bytes;
 }
 
+bool Bundle::hasChunks() const
+{
+    const QFileInfo root(m_resFiles + QStringLiteral("/bundles"));
+    return root.exists() && !root.isSymLink(); // what is behind a link is not ours to remove
+}
+
 void Bundle::removeChunks() const
 {
-    const auto root = m_resFiles + QStringLiteral("/bundles");
-    if (QFileInfo(root).isSymLink()) // what is there is not ours to remove
+    if (!hasChunks())
         return;
+    const auto root = m_resFiles + QStringLiteral("/bundles");
     const auto own = chunkBase() + QStringLiteral(".bundle.");
     const auto old = QDateTime::currentDateTime().addSecs(-keepForeignChunksSecs);
     QDirIterator files(root, QDir::Files | QDir::Hidden | QDir::System, QDirIterator::Subdirectories);

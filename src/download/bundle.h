@@ -37,6 +37,8 @@ public:
 
     /** Removes the chunk files, and those that any launcher left long ago. */
     void removeChunks() const;
+    /** Whether there is anything to remove. */
+    bool hasChunks() const;
 
 private:
     QString checkChunk(const QJsonValue& value, int number) const;

@@ -262,17 +262,19 @@ void DownloadFromIndexTask::cleanUp()
 {
     if (!isError() && m_refusedRows > 0)
         setError(DownloadError);
-    if (!m_marker) {
+    // Chunks may also be those of a launcher that was killed just before this.
+    const Bundle bundle(m_index, m_cacheFolder);
+    const bool removeChunks = !isError() && bundle.isPossible() && bundle.hasChunks();
+    if (!m_marker && !removeChunks) {
         done();
         return;
     }
     m_state = State::Syncing;
-    const bool keepChunks = isError();
-    m_cleanUpWatcher.setFuture(QtConcurrent::run([this, keepChunks] {
-        const Bundle bundle(m_index, m_cacheFolder);
-        if (bundle.isPossible() && !keepChunks)
+    m_cleanUpWatcher.setFuture(QtConcurrent::run([this, bundle, removeChunks] {
+        if (removeChunks)
             bundle.removeChunks();
-        UpdateMarker::release(std::move(m_marker));
+        if (m_marker)
+            UpdateMarker::release(std::move(m_marker));
     }));
 }
 

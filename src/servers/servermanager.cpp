@@ -25,12 +25,6 @@ namespace
 constexpr int maxTokenRetries = 5;
 constexpr int tokenRetryDelayMs = 10000;
 
-void report(const char* type, const QString& message, const char* function, int line)
-{
-    ExceptionLogger::instance()->logException(QLatin1String(type), message, QLatin1String(function),
-                                              QStringLiteral("servermanager"), line);
-}
-
 QString lastDownloadedKey(const QString& name)
 {
     return QStringLiteral("LauncherLastDownloaded/%1").arg(name);
@@ -162,21 +156,22 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
 {
     task->deleteLater();
     if (task->isError()) {
-        report("DownloadError", task->getErrorString(), "onPatchInfoDownloadFinished", __LINE__);
+        reportException("DownloadError", task->getErrorString(), "servermanager",
+                        "onPatchInfoDownloadFinished", __LINE__);
         notifyError(DownloadError, tr("Version info not available"));
         return;
     }
     const auto* downloader = qobject_cast<Downloader*>(task);
     if (!downloader) {
-        report("RuntimeError", QStringLiteral("Task is not of the expected type"),
-               "onPatchInfoDownloadFinished", __LINE__);
+        reportException("RuntimeError", QStringLiteral("Task is not of the expected type"), "servermanager",
+                        "onPatchInfoDownloadFinished", __LINE__);
         return;
     }
     const auto info = QJsonDocument::fromJson(downloader->getContents()).object();
     const auto newBuild = info.value(QLatin1String("build")).toString();
     if (newBuild.isEmpty()) {
-        report("RuntimeError", QStringLiteral("Couldn't find build number in patch info file"),
-               "onPatchInfoDownloadFinished", __LINE__);
+        reportException("RuntimeError", QStringLiteral("Couldn't find build number in patch info file"),
+                        "servermanager", "onPatchInfoDownloadFinished", __LINE__);
         notifyError(DownloadError, tr("Version info not available"));
         return;
     }
@@ -243,9 +238,10 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
 {
     task->deleteLater();
     if (task->isError()) {
-        report("RuntimeError",
-               QStringLiteral("%1 when getting index for %2").arg(task->getErrorString(), m_displayName),
-               "onBinaryIndexDownloadFinished", __LINE__);
+        reportException(
+            "RuntimeError",
+            QStringLiteral("%1 when getting index for %2").arg(task->getErrorString(), m_displayName),
+            "servermanager", "onBinaryIndexDownloadFinished", __LINE__);
         if (task->getErrorCode() == DownloadError)
             notifyError(DownloadError, tr("%1 client file-index not available").arg(m_displayName));
         else if (task->getErrorCode() == AuthenticationError)
@@ -258,16 +254,16 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
     }
     const auto* downloader = qobject_cast<Downloader*>(task);
     if (!downloader) {
-        report("RuntimeError", QStringLiteral("Task is not of the expected type"),
-               "onBinaryIndexDownloadFinished", __LINE__);
+        reportException("RuntimeError", QStringLiteral("Task is not of the expected type"), "servermanager",
+                        "onBinaryIndexDownloadFinished", __LINE__);
         return;
     }
     const auto bytes = downloader->getContents();
     qDebug("Index size: %d", bytes.size());
     const auto index = parseIndex(bytes, task->taskName());
     if (!index || index->entries().isEmpty()) {
-        report("InvalidIndex", QStringLiteral("Invalid index for %1").arg(m_displayName),
-               "onBinaryIndexDownloadFinished", __LINE__);
+        reportException("InvalidIndex", QStringLiteral("Invalid index for %1").arg(m_displayName),
+                        "servermanager", "onBinaryIndexDownloadFinished", __LINE__);
         notifyError(DownloadError, tr("Index not available"));
         return;
     }

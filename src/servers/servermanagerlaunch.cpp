@@ -64,7 +64,13 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
                                  const QString& workingDirectory, const QString& username)
 {
     auto* settings = Settings::instance();
+    if (settings->getWineManager()->isInstalling()) {
+        emit showErrorMessage(tr("Client launch failure"),
+                              tr("Wine is being updated. Please wait until that is done."), 10);
+        return;
+    }
     auto process = std::make_unique<QProcess>();
+    settings->getWineManager()->prepareEnv();
     process->setProcessEnvironment(settings->getWineManager()->getWineProcessEnvironment());
     qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
     reportWineLaunch();

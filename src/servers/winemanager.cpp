@@ -1,22 +1,272 @@
 #include "servers/winemanager.h"
 
+#include "cache/safepath.h"
+#include "download/downloader.h"
+#include "download/downloadfromindextask.h"
+#include "index/indexparser.h"
+#include "servers/copier.h"
+#include "servers/prefixusers.h"
+#include "servers/servermanager.h"
 #include "settings/settings.h"
+#include "tasks/scheduler.h"
+#include "telemetry/exceptionlogger.h"
 
+#include <QDebug>
 #include <QDir>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QTimer>
+#include <QtConcurrent>
+
+namespace
+{
+QString queueName() { return QStringLiteral("wine"); }
+
+QString lastDownloadedKey() { return QStringLiteral("LauncherLastDownloaded/wine"); }
+
+} // namespace
+
+WineManager::WineManager(QObject* parent, std::chrono::milliseconds regEditTimeout)
+    : QObject(parent), m_regEditTimeout(regEditTimeout),
+      m_lastDownloaded(Settings::instance()->store().value(lastDownloadedKey()).toString())
+{
+    connect(&m_purgeWatcher, &QFutureWatcher<void>::finished, this, &WineManager::onPurged);
+}
+
+WineManager::~WineManager() { m_purgeWatcher.waitForFinished(); }
 
 QString WineManager::getStagingFolder() const
 {
     return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wine"));
 }
 
-QProcessEnvironment WineManager::getWineProcessEnvironment() const
+QString WineManager::getIndexName() const { return QStringLiteral("wine_linux_%1.txt").arg(m_version); }
+
+QStringList WineManager::filterWineVersions(const QJsonArray& versions, const QString& filter)
+{
+    QStringList chosen;
+    for (const auto& entry : versions) {
+        const auto version =
+            entry.isString() ? entry.toString() : entry.toObject().value(QLatin1String("version")).toString();
+        // The version becomes part of the names of files.
+        const bool usable = !version.isEmpty() && !version.contains(QLatin1Char('/')) &&
+                            SafePath::isSafeText(version) && !version.contains(QLatin1Char(','));
+        if (usable && version.contains(filter))
+            chosen << version;
+    }
+    return chosen;
+}
+
+void WineManager::saveLastDownloadedBuild()
+{
+    Settings::instance()->store().setValue(lastDownloadedKey(), m_lastDownloaded);
+    Settings::instance()->store().sync();
+}
+
+void WineManager::resetLastDownloaded()
+{
+    m_lastDownloaded.clear();
+    m_installedVersion.clear();
+    m_ready = false;
+    saveLastDownloadedBuild();
+}
+
+void WineManager::refresh()
+{
+    if (m_ready)
+        m_installedVersion = m_version;
+    m_ready = false;
+    m_step = Step::Updating;
+    m_errorText.clear();
+    emit startUpdate();
+    downloadVersionInfo();
+}
+
+void WineManager::downloadVersionInfo()
 {
     const auto* settings = Settings::instance();
-    auto environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("WINEPREFIX"), settings->getWineEnvFolder());
-    // Keeps Wine from asking to download its .NET and HTML engines.
-    environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
-    environment.insert(QStringLiteral("WINEDEBUG"), settings->getWinedebug());
-    environment.insert(QStringLiteral("DYLD_FALLBACK_LIBRARY_PATH"), QStringLiteral("/usr/X11/lib"));
-    return environment;
+    const auto pinned = settings->getWineVersion();
+    if (pinned != QLatin1String("latest")) {
+        if (filterWineVersions({pinned}, {}).isEmpty()) {
+            qWarning().noquote() << "The Wine version of the settings is not one:" << pinned;
+            end(DownloadError);
+            return;
+        }
+        chooseVersion(pinned);
+        startWineUpdate(pinned);
+        return;
+    }
+    const auto branch = settings->useWineDevVersions() ? QStringLiteral("dev") : QStringLiteral("release");
+    const auto fileName = QStringLiteral("wine_linux_%1.json").arg(branch);
+    qDebug().noquote() << "Checking wine version at" << settings->getBaseUrlForBinaries() + fileName;
+    scheduleDownload(QStringLiteral("launcher"), QStringLiteral("Wine info downloader"), fileName,
+                     &WineManager::onVersionInfoDownloadFinished);
+}
+
+void WineManager::onVersionInfoDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    const auto* downloader = qobject_cast<Downloader*>(task);
+    const auto list = QJsonDocument::fromJson(downloader ? downloader->getContents() : QByteArray()).array();
+    const auto all = filterWineVersions(list, {});
+    if (all.isEmpty()) {
+        qWarning().noquote() << "No Wine versions found" << task->getErrorString();
+        end(task->isError() ? task->getErrorCode() : DownloadError);
+        return;
+    }
+    const auto matching = filterWineVersions(list, Settings::instance()->getWineVersionBranch());
+    chooseVersion(matching.isEmpty() ? all.first() : matching.first());
+    qDebug().noquote() << "Wine version is" << m_version;
+    if (m_version == m_installedVersion && QFileInfo::exists(getStagingFolder())) {
+        m_ready = true;
+        end(NoError);
+        return;
+    }
+    QTimer::singleShot(0, this, [this] { startWineUpdate(m_version); });
+}
+
+void WineManager::chooseVersion(const QString& version)
+{
+    m_version = version;
+    emit versionUpdate(m_version);
+}
+
+void WineManager::startWineUpdate(const QString& version)
+{
+    if (!QFileInfo::exists(getStagingFolder()))
+        m_lastDownloaded.clear();
+    m_downloadStep = DownloadStep::Download;
+    qDebug().noquote() << "startWineUpdate" << version;
+    scheduleDownload(queueName(), QStringLiteral("Index downloader for wine"), getIndexName(),
+                     &WineManager::onIndexDownloadFinished);
+}
+
+void WineManager::onIndexDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    const auto* downloader = qobject_cast<Downloader*>(task);
+    if (task->isError() || !downloader) {
+        reportException("DownloadError",
+                        QStringLiteral("%1 when downloading Wine index").arg(task->getErrorString()),
+                        "winemanager", "onIndexDownloadFinished", __LINE__);
+        end(DownloadError);
+        return;
+    }
+    const auto bytes = downloader->getContents();
+    qDebug("Index size: %d", bytes.size());
+    m_index = parseIndex(bytes, task->taskName());
+    if (!m_index || m_index->entries().isEmpty()) {
+        reportException("InvalidIndex", QStringLiteral("Invalid index for wine"), "winemanager",
+                        "onIndexDownloadFinished", __LINE__);
+        end(DownloadError);
+        return;
+    }
+    m_index->setName(getIndexName());
+    m_index->setBuild(m_version);
+    if (m_version == m_lastDownloaded) {
+        m_ready = true;
+        end(NoError);
+        return;
+    }
+    const auto* settings = Settings::instance();
+    auto* download =
+        new DownloadFromIndexTask(QStringLiteral("Downloader for wine"), m_index,
+                                  settings->getBaseUrlForBinaries(), settings->getCacheFolder(), this);
+    connect(download, &DownloadFromIndexTask::progressUpdate, this, &WineManager::onProgressUpdate);
+    connect(download, &Task::finished, this, &WineManager::onDownloadFinished);
+    emit Scheduler::instance()->schedule(queueName(), download);
+}
+
+void WineManager::onDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    if (task->isError())
+        end(task);
+    else
+        copyWineFiles();
+}
+
+// Until the copy is complete no version counts as installed, whatever happens to the process meanwhile.
+void WineManager::copyWineFiles()
+{
+    if (areClientsRunning()) {
+        qDebug() << "Wine is not replaced while clients are running";
+        end(ClientsRunningError);
+        return;
+    }
+    m_step = Step::Installing;
+    resetLastDownloaded();
+    m_downloadStep = DownloadStep::Copy;
+    onProgressUpdate(0.0F, tr("Removing the old version"));
+    const auto* settings = Settings::instance();
+    m_purgeWatcher.setFuture(
+        QtConcurrent::run(&WineManager::purge, settings->getCacheFolder(), settings->getWineEnvFolder()));
+}
+
+void WineManager::onPurged()
+{
+    auto* copier = new Copier(m_index, queueName(), this);
+    copier->setProperty("name", QStringLiteral("Copier for wine"));
+    connect(copier, &Copier::progressUpdate, this, &WineManager::onProgressUpdate);
+    connect(copier, &Task::finished, this, &WineManager::onCopyFinished);
+    emit Scheduler::instance()->schedule(queueName(), copier);
+}
+
+void WineManager::onCopyFinished(Task* task)
+{
+    task->deleteLater();
+    m_downloadStep = DownloadStep::Done;
+    emit progressUpdate(1.0F, QStringLiteral("Up to date"));
+    if (!task->isError()) {
+        m_ready = true;
+        m_lastDownloaded = m_version;
+        saveLastDownloadedBuild();
+        prepareEnv();
+        qDebug().noquote() << "Wine" << m_version << "has been installed in" << getStagingFolder();
+    }
+    end(task);
+}
+
+void WineManager::end(const Task* task)
+{
+    m_errorText = task->getErrorString();
+    end(task->getErrorCode());
+}
+
+void WineManager::end(int errorCode)
+{
+    m_step = Step::Idle;
+    emit endUpdate(errorCode);
+}
+
+bool WineManager::areClientsRunning() const
+{
+    const auto* settings = Settings::instance();
+    const auto keys = settings->getFullServerList();
+    const bool tracked = std::any_of(keys.cbegin(), keys.cend(), [settings](const QString& key) {
+        const auto* server = settings->getServer(key);
+        return server && server->isRunningProcesses();
+    });
+    // A client that an earlier launcher has started is not tracked.
+    return tracked || isClientRunningIn(settings->getWineEnvFolder());
+}
+
+void WineManager::onProgressUpdate(float fraction, const QString& text)
+{
+    float overall = fraction;
+    if (m_downloadStep == DownloadStep::Download)
+        overall = fraction * 0.8F;
+    else if (m_downloadStep == DownloadStep::Copy)
+        overall = fraction * 0.19F + 0.8F;
+    emit progressUpdate(overall, tr("Wine: %1").arg(text));
+}
+
+void WineManager::scheduleDownload(const QString& queue, const QString& taskName, const QString& fileName,
+                                   void (WineManager::*onFinished)(Task*))
+{
+    auto* task = new Downloader(QUrl(Settings::instance()->getBaseUrlForBinaries() + fileName), this);
+    task->setProperty("name", taskName);
+    connect(task, &Task::finished, this, onFinished);
+    emit Scheduler::instance()->schedule(queue, task);
 }

@@ -2,7 +2,9 @@
 
 #include "logging/loglens.h"
 #include "servers/servermanager.h"
+#include "servers/winemanager.h"
 #include "settings/settings.h"
+#include "shell/settingsdialog.h"
 #include "shell/simplegui.h"
 #include "shell/titlebar.h"
 #include "telemetry/eventlogger.h"
@@ -77,6 +79,7 @@ MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFold
     qDebug() << "Initializing servers";
     Settings::instance()->initializeServers();
     connectServers();
+    connectWine();
     connect(settings, &Settings::serverListChanged, this, &MainWindow::connectServers);
     if (settings->getDisableWebGui())
         qDebug() << "Disabling web gui by request";
@@ -94,6 +97,7 @@ void MainWindow::setupMenu()
 {
     m_menu = new QMenu(this);
     m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
+    m_menu->addAction(tr("Se&ttings..."), this, &MainWindow::showSettings);
     m_menu->addAction(tr("Start LogLens"), this, &MainWindow::startLogLens);
     auto* folders = m_menu->addMenu(tr("Show in File Browser"));
     folders->addAction(tr("Launcher logs"), this, &MainWindow::onShowLauncherLogsFolder);
@@ -133,6 +137,19 @@ void MainWindow::connectServers()
     }
 }
 
+void MainWindow::connectWine()
+{
+    auto* wine = Settings::instance()->getWineManager();
+    if (!wine)
+        return;
+    // Queued, so that what the manager does after announcing its end is done before the next step.
+    connect(wine, &WineManager::endUpdate, this, &MainWindow::onWineEndUpdate, Qt::QueuedConnection);
+    connect(wine, &WineManager::progressUpdate, this, [this](float fraction, const QString& message) {
+        setMessage(tr("%1 (%2 %)").arg(message).arg(static_cast<int>(fraction * 100)));
+    });
+    connect(wine, &WineManager::waiting, this, &MainWindow::setMessageAtOnce);
+}
+
 void MainWindow::showServerList()
 {
     m_serverList = new SimpleGui(this);
@@ -144,6 +161,13 @@ void MainWindow::setMessage(const QString& text)
 {
     if (m_serverList)
         m_serverList->setMessage(text);
+}
+
+void MainWindow::setMessageAtOnce(const QString& text)
+{
+    setMessage(text);
+    if (m_serverList)
+        m_serverList->repaint();
 }
 
 void MainWindow::initializeGeometry()
@@ -214,6 +238,19 @@ void MainWindow::showAboutDialog()
                                 .arg(Settings::instance()->getVersion(), QString::fromLatin1(qVersion()),
                                      QDir::toNativeSeparators(Settings::instance()->getCacheFolder())));
     box->open();
+}
+
+void MainWindow::showSettings()
+{
+    if (auto* open = findChild<SettingsDialog*>()) {
+        open->raise();
+        open->activateWindow();
+        return;
+    }
+    auto* dialog = new SettingsDialog(Settings::instance(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, &MainWindow::refresh); // what was chosen takes effect at once
+    dialog->open();
 }
 
 // The viewer comes with the launcher; one that runs already is used as well.

@@ -4,14 +4,17 @@
 
 #include <QElapsedTimer>
 #include <QMainWindow>
+#include <QMap>
 #include <QPointer>
 #include <QTimer>
 
 #include <functional>
 
+class ConnectionChecker;
 class QSystemTrayIcon;
 class ServerManager;
 class SimpleGui;
+class Task;
 class TitleBar;
 
 /**
@@ -45,17 +48,26 @@ protected:
 
 private slots:
     // The cycle, in the order in which it runs
+    void checkHosts();
+    void onConnectionCheckError(const QString& host, const QString& error);
+    void onConnectionCheckFinished();
+    void checkVersion();
+    void onVersionInfoDownloadFinished(Task* task);
     void onVersionCheckFinished();
+    void checkWineVersion();
+    void onWineEndUpdate(int code);
+    void onWineCheckFinished();
     void refreshServers();
     void onEndUpdate(ServerManager* server);
     void onFailedUpdate(ServerManager* server, int code, const QString& message);
     void onRefreshServersDone();
-    void rescheduleRefresh();
+    void rescheduleRefresh(int seconds);
 
     void onProcessStarted(ServerManager* server, AttachedProcess* process);
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
     void showErrorMessage(const QString& title, const QString& text);
     void showAboutDialog();
+    void showSettings();
     void startLogLens();
     void onShowSharedCacheFolder();
     void onShowLauncherLogsFolder();
@@ -64,8 +76,11 @@ private:
     void setupMenu();
     void setupTrayIcon(QMenu* menu);
     void connectServers();
+    void connectWine();
     void showServerList();
     void setMessage(const QString& text);
+    /** Shows the text before the main thread is kept busy. */
+    void setMessageAtOnce(const QString& text);
     void initializeGeometry();
 
     bool checkSharedCacheIsWritable();
@@ -73,6 +88,8 @@ private:
     void reportFailure(ServerManager* server, int code);
     void scheduleRefresh(int milliseconds);
     bool allServersReady() const;
+    /** For the message line; empty when all hosts could be reached. */
+    QString describeConnectionErrors() const;
     void logShutdown() const;
 
     TitleBar* m_titleBar = nullptr;
@@ -83,6 +100,9 @@ private:
     int m_clientsStarted = 0;
     QElapsedTimer m_sessionTime;
     QTimer m_refreshTimer;
+    ConnectionChecker* m_connectionCheck = nullptr;
+    QMap<QString, QString> m_connectionErrors; // by host
+    QString m_officialVersion;
     bool m_refreshInProgress = false;
     bool m_closingDown = false;
     bool m_hiddenToTray = false;

@@ -1,29 +1,35 @@
 // The part of MainWindow that runs the refresh cycle. Read it from top to bottom: each step names the next
 // one.
 
+#include "download/downloader.h"
+#include "maintenance/connectionchecker.h"
 #include "servers/servermanager.h"
+#include "servers/winemanager.h"
 #include "settings/settings.h"
 #include "shell/mainwindow.h"
+#include "shell/updatefailures.h"
 #include "tasks/scheduler.h"
+#include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
 
 #include <QDebug>
 #include <QDir>
 #include <QEventLoop>
-#include <QFileInfo>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QTime>
 
 namespace
 {
 constexpr int retryDelaySeconds = 120;
+constexpr int soonDelaySeconds = 5;
 constexpr int minutesWhenReady = 15;
 constexpr int minutesWhenNotReady = 2;
 
-void report(const char* type, const QString& message)
-{
-    ExceptionLogger::instance()->logException(QLatin1String(type), message, QStringLiteral("onFailedUpdate"),
-                                              QStringLiteral("mainwindow"), __LINE__);
-}
+/** A launcher that a developer has built for himself. */
+QString developerVersion() { return QStringLiteral("9999999"); }
+
+QString timeNow() { return QLocale().toString(QTime::currentTime(), QLocale::ShortFormat); }
 } // namespace
 
 void MainWindow::refresh()
@@ -40,18 +46,92 @@ void MainWindow::refresh()
     m_refreshInProgress = true;
     m_refreshTimer.stop();
     m_lastFailure.clear();
-    setMessage(tr("Looking for updates"));
+    EventLogger::instance()->logJson({{QStringLiteral("sessionDuration"), m_sessionTime.elapsed() / 1000}});
+    checkHosts();
+}
+
+// A host that cannot be reached is shown and logged; the cycle goes on with what can.
+void MainWindow::checkHosts()
+{
+    if (m_connectionCheck) {
+        qDebug() << "checkHosts: Connection check already in progress";
+        return;
+    }
+    setMessage(tr("Checking hosts"));
+    m_connectionErrors.clear();
+    m_connectionCheck = new ConnectionChecker(this);
+    connect(m_connectionCheck, &ConnectionChecker::connectionFailed, this,
+            &MainWindow::onConnectionCheckError);
+    connect(m_connectionCheck, &ConnectionChecker::finished, this, &MainWindow::onConnectionCheckFinished);
+    m_connectionCheck->startSecureConnectionCheck(serviceHosts(Settings::instance()->getDeployment()));
+}
+
+void MainWindow::onConnectionCheckError(const QString& host, const QString& error)
+{
+    qWarning().noquote() << "Could not connect to" << host << error;
+    m_connectionErrors.insert(host, error);
+    setMessage(describeConnectionErrors());
+}
+
+QString MainWindow::describeConnectionErrors() const
+{
+    if (m_connectionErrors.isEmpty())
+        return {};
+    const auto first = m_connectionErrors.constBegin();
+    const auto text =
+        tr("Connection error: %1").arg(tr("Could not connect to %1: %2").arg(first.key(), first.value()));
+    const int more = m_connectionErrors.size() - 1;
+    return more == 0 ? text : tr("%1 (and %2 more)").arg(text).arg(more);
+}
+
+void MainWindow::onConnectionCheckFinished()
+{
+    m_connectionCheck->disconnect(this); // late answers do not matter
+    m_connectionCheck->deleteLater();
+    m_connectionCheck = nullptr;
+    checkVersion();
+}
+
+void MainWindow::checkVersion()
+{
+    const auto* settings = Settings::instance();
+    if (settings->shouldSkipVersionCheck()) {
+        qDebug() << "Skipping version check by request";
+        onVersionCheckFinished();
+        return;
+    }
+    if (settings->getVersion() == developerVersion()) {
+        qDebug() << "Skipping version check for dev version";
+        onVersionCheckFinished();
+        return;
+    }
+    qDebug().noquote() << "Checking version at" << settings->getUrlForVersionInfo();
+    auto* downloader = new Downloader(QUrl(settings->getUrlForVersionInfo()), this);
+    downloader->setProperty("name", QStringLiteral("Version info downloader"));
+    connect(downloader, &Task::finished, this, &MainWindow::onVersionInfoDownloadFinished);
+    emit Scheduler::instance()->schedule(QStringLiteral("launcher"), downloader);
+}
+
+void MainWindow::onVersionInfoDownloadFinished(Task* task)
+{
+    task->deleteLater();
+    const auto* downloader = qobject_cast<Downloader*>(task);
+    const auto info = QJsonDocument::fromJson(downloader ? downloader->getContents() : QByteArray()).object();
+    m_officialVersion = info.value(QLatin1String("version")).toString();
+    if (task->isError() || m_officialVersion.isEmpty())
+        qDebug() << "Couldn't establish official version";
+    else
+        qDebug().noquote() << "Official version is" << m_officialVersion;
     onVersionCheckFinished();
 }
 
 void MainWindow::onVersionCheckFinished()
 {
     if (!checkSharedCacheIsWritable()) {
-        rescheduleRefresh();
+        rescheduleRefresh(retryDelaySeconds);
         return;
     }
-    m_serversToRefresh = Settings::instance()->getServerList();
-    refreshServers();
+    checkWineVersion();
 }
 
 bool MainWindow::checkSharedCacheIsWritable()
@@ -63,6 +143,50 @@ bool MainWindow::checkSharedCacheIsWritable()
     showErrorMessage(tr("Error"), tr("Cache folder does not exist and could not be created at {1}")
                                       .replace(QLatin1String("{1}"), QDir::toNativeSeparators(folder)));
     return false;
+}
+
+void MainWindow::checkWineVersion()
+{
+    if (Settings::instance()->useCustomWine()) {
+        qDebug() << "Skipping wine version check (using custom Wine)";
+        onWineCheckFinished();
+        return;
+    }
+    auto* wine = Settings::instance()->getWineManager();
+    if (!wine) {
+        reportException("RuntimeError", QStringLiteral("No WineManager!"), "mainwindow", "checkWineVersion",
+                        __LINE__);
+        onWineCheckFinished();
+        return;
+    }
+    setMessage(tr("Checking Wine"));
+    wine->refresh();
+}
+
+// Without Wine no client can run, so the servers wait as well.
+void MainWindow::onWineEndUpdate(int code)
+{
+    if (code == NoError) {
+        onWineCheckFinished();
+        return;
+    }
+    qWarning() << "Update failed for Wine with error:" << code;
+    const auto reason = Settings::instance()->getWineManager()->getErrorText();
+    m_lastFailure =
+        tr("Wine could not be updated: %1").arg(reason.isEmpty() ? describeUpdateError(code) : reason);
+    setMessage(tr("%1 (at %2)").arg(m_lastFailure, timeNow()));
+    if (code == SourceDoesNotExistError)
+        Settings::instance()->getWineManager()->resetLastDownloaded();
+    else
+        reportUpdateFailure(QStringLiteral("Wine"), code);
+    rescheduleRefresh(code == SourceDoesNotExistError ? soonDelaySeconds : retryDelaySeconds);
+}
+
+void MainWindow::onWineCheckFinished()
+{
+    setMessage(tr("Looking for updates"));
+    m_serversToRefresh = Settings::instance()->getServerList();
+    refreshServers();
 }
 
 void MainWindow::refreshServers()
@@ -117,29 +241,20 @@ void MainWindow::reportFailure(ServerManager* server, int code)
     const auto name = server->getName();
     switch (code) {
     case NoError:
-        report("RuntimeError", QStringLiteral("%1 update failed but no error code given").arg(name));
-        break;
-    case UnknownError:
-        report("UnknownError", QStringLiteral("%1 update failed with an unknown error").arg(name));
-        break;
-    case DownloadError:
-        if (Settings::instance()->isOnline())
-            report("DownloadError", QStringLiteral("%1 update failed with a download error").arg(name));
-        break;
-    case DiskWriteError:
-        report("DiskWriteError", QStringLiteral("%1 update failed with a disk write error").arg(name));
-        break;
-    case ClientsRunningError:
-    case ProtectedBuildError:
+        reportException("RuntimeError", QStringLiteral("%1 update failed but no error code given").arg(name),
+                        "mainwindow", "onFailedUpdate", __LINE__);
         break;
     case SourceDoesNotExistError:
-        report("SourceDoesNotExist",
-               QStringLiteral("%1 update failed with a source does not exist error").arg(name));
+        reportException("SourceDoesNotExist",
+                        QStringLiteral("%1 update failed with a source does not exist error").arg(name),
+                        "mainwindow", "onFailedUpdate", __LINE__);
         server->reset();
         server->resetLastDownloaded();
         break;
+    case ProtectedBuildError:
+        break;
     default:
-        qWarning().noquote() << "Unhandled error for" << name << "with error:" << code;
+        reportUpdateFailure(name, code);
     }
 }
 
@@ -148,11 +263,12 @@ void MainWindow::onRefreshServersDone()
     qDebug() << "refreshServers done";
     m_refreshInProgress = false;
     const bool allReady = allServersReady();
-    const auto time = QLocale().toString(QTime::currentTime(), QLocale::ShortFormat);
     if (allReady)
-        setMessage(tr("Everything is up to date. Last checked at %1.").arg(time));
+        setMessage(QStringList{tr("Everything is up to date. Last checked at %1.").arg(timeNow()),
+                               describeConnectionErrors()}
+                       .join(QLatin1Char(' ')));
     else if (!m_lastFailure.isEmpty())
-        setMessage(tr("%1 (at %2)").arg(m_lastFailure, time));
+        setMessage(tr("%1 (at %2)").arg(m_lastFailure, timeNow()));
 
     if (Settings::instance()->shouldExitAfterRefresh()) {
         qDebug() << "Waiting for background tasks";
@@ -167,11 +283,11 @@ void MainWindow::onRefreshServersDone()
     scheduleRefresh(minutes * 60 * 1000);
 }
 
-void MainWindow::rescheduleRefresh()
+void MainWindow::rescheduleRefresh(int seconds)
 {
-    qDebug().noquote() << QStringLiteral("Scheduling refresh after %1 seconds").arg(retryDelaySeconds);
+    qDebug().noquote() << QStringLiteral("Scheduling refresh after %1 seconds").arg(seconds);
     m_refreshInProgress = false;
-    scheduleRefresh(retryDelaySeconds * 1000);
+    scheduleRefresh(seconds * 1000);
 }
 
 void MainWindow::scheduleRefresh(int milliseconds)

@@ -160,3 +160,10 @@ void ExceptionLogger::onPostFinished(QNetworkReply* reply)
     qDebug().noquote() << "Response:" << QString::fromUtf8(reply->readAll());
     reply->manager()->deleteLater(); // with the reply, its child
 }
+
+void reportException(const char* type, const QString& message, const char* file, const char* function,
+                     int line)
+{
+    ExceptionLogger::instance()->logException(QLatin1String(type), message, QLatin1String(function),
+                                              QLatin1String(file), line);
+}

@@ -48,3 +48,7 @@ private:
     QString m_host;
     QString m_project;
 };
+
+/** Sends one report by the process's reporter. */
+void reportException(const char* type, const QString& message, const char* file, const char* function,
+                     int line);

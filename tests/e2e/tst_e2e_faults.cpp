@@ -92,7 +92,7 @@ private slots:
         QCOMPARE(launcher.refreshOnce(), 0);
         QCOMPARE(badCacheFile(launcher.cache()), QString());
         QVERIFY(isInstalled(launcher, client));
-        QCOMPARE(int(m_service->content().requests().size()), 2 + 100);
+        QCOMPARE(int(m_service->content().requests().size()), 3 + 100);
     }
 
     void sharesACacheWithAnotherLauncher()

@@ -141,7 +141,7 @@ private slots:
         QCOMPARE(launcher.refreshOnce(), 0);
         QVERIFY(isInstalled(launcher, client));
         QCOMPARE(requestsBelow("/bundles/"), chunksOfBuild);
-        QCOMPARE(int(m_service->content().requests().size()), chunksOfBuild + 2); // version and index
+        QCOMPARE(int(m_service->content().requests().size()), chunksOfBuild + 3); // two versions and an index
         QVERIFY(!QFile::exists(launcher.cache() + "/ResFiles/bundles"));
         QVERIFY(isClean(launcher));
     }
@@ -164,7 +164,7 @@ private slots:
         QVERIFY2(BuildPublisher(options).publish(&error), qPrintable(error));
         LauncherProcess launcher(m_service->backend());
         QCOMPARE(launcher.refreshOnce(), 0);
-        QCOMPARE(requestsBelow("/bundles/"), int(m_service->content().requests().size()) - 2);
+        QCOMPARE(requestsBelow("/bundles/"), int(m_service->content().requests().size()) - 3);
         const QFileInfo alias(launcher.stagingFolder("ks") + "/alias.dll");
         QVERIFY(alias.isSymLink());
         QCOMPARE(readSample(alias.filePath()), QByteArray("library"));

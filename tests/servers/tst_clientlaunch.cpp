@@ -15,7 +15,7 @@ class TestClientLaunch : public QObject
     Q_OBJECT
 
 private:
-    WineManager m_wine;
+    std::unique_ptr<WineManager> m_wine;
     QTemporaryDir m_cache;
 
     static Settings* settings() { return Settings::instance(); }
@@ -38,7 +38,8 @@ private slots:
     void initTestCase()
     {
         Settings::useDeployment(sampleDeployment());
-        settings()->registerWineManager(&m_wine);
+        m_wine = std::make_unique<WineManager>();
+        settings()->registerWineManager(m_wine.get());
     }
     void init()
     {
@@ -98,7 +99,7 @@ private slots:
     void preparesTheEnvironment()
     {
         settings()->setWinedebug("+seh");
-        const auto environment = m_wine.getWineProcessEnvironment();
+        const auto environment = m_wine->getWineProcessEnvironment();
         QCOMPARE(environment.value("WINEPREFIX"), m_cache.path() + "/wineenv");
         QCOMPARE(environment.value("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
         QCOMPARE(environment.value("WINEDEBUG"), QStringLiteral("+seh"));

@@ -14,7 +14,7 @@ private:
     std::unique_ptr<BackendFixture> m_service;
     std::unique_ptr<QTemporaryDir> m_cache;
     std::unique_ptr<ServerManager> m_server;
-    WineManager m_wine;
+    std::unique_ptr<WineManager> m_wine;
     QStringList m_signals; // in the order in which they come
     QVector<float> m_progress;
     QStringList m_texts;
@@ -67,7 +67,8 @@ private slots:
     void initTestCase()
     {
         m_service = std::make_unique<BackendFixture>();
-        Settings::instance()->registerWineManager(&m_wine);
+        m_wine = std::make_unique<WineManager>();
+        Settings::instance()->registerWineManager(m_wine.get());
     }
     void init()
     {

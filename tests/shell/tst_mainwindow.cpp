@@ -21,7 +21,7 @@ class TestMainWindow : public QObject
 private:
     std::unique_ptr<BackendFixture> m_service;
     std::unique_ptr<QTemporaryDir> m_cache;
-    WineManager m_wine;
+    std::unique_ptr<WineManager> m_wine;
     std::map<QString, std::unique_ptr<ServerManager>> m_servers;
     std::unique_ptr<MainWindow> m_window;
 
@@ -49,11 +49,12 @@ private:
             count += record.message == text ? 1 : 0;
         return count;
     }
-    static void setCommandLine(bool skipTestServers)
+    static void setCommandLine(bool skipTestServers, bool skipVersionCheck = false)
     {
         CommandLine commandLine;
         commandLine.disableWebGui = true;
         commandLine.skipTestServers = skipTestServers;
+        commandLine.skipVersionCheck = skipVersionCheck;
         settings()->setCommandLine(commandLine);
     }
     QString message() const
@@ -76,7 +77,8 @@ private slots:
         QApplication::setQuitOnLastWindowClosed(false);
         settings()->setCacheFolder(QDir::tempPath());
         settings()->initialize(); // from here on it knows whether it is online
-        settings()->registerWineManager(&m_wine);
+        m_wine = std::make_unique<WineManager>();
+        settings()->registerWineManager(m_wine.get());
         connect(settings(), &Settings::serverDeclared, this,
                 [this](const QString& key, const QJsonObject& entry) {
                     m_servers[key] = std::make_unique<ServerManager>(key, entry);
@@ -92,6 +94,8 @@ private slots:
         settings()->setCacheFolder(m_cache->path());
         settings()->store().remove("LauncherLastDownloaded");
         setCommandLine(true);
+        settings()->setUseCustomWine(true);
+        settings()->registerWineManager(m_wine.get());
         installLogMessageHandler({});
         for (int i = 0; i < 1100; ++i)
             qDebug("-"); // pushes the records of the last test out of the history
@@ -117,8 +121,8 @@ private slots:
             if (!action->isSeparator())
                 items << action->text();
         }
-        QCOMPARE(items, (QStringList{"&Server list", "Start LogLens", "Show in File Browser", "&Refresh",
-                                     "About...", "E&xit"}));
+        QCOMPARE(items, (QStringList{"&Server list", "Se&ttings...", "Start LogLens", "Show in File Browser",
+                                     "&Refresh", "About...", "E&xit"}));
     }
 
     void refreshesAllServersAndComesAgain()
@@ -188,7 +192,7 @@ private slots:
     {
         settings()->setCacheFolder("/proc/nothing/cache");
         m_window->refresh();
-        QVERIFY(hasLogged("Cache folder does not exist"));
+        QTRY_VERIFY(hasLogged("Cache folder does not exist"));
         QVERIFY(hasLogged("Scheduling refresh after 120 seconds"));
         const auto* box = m_window->findChild<QMessageBox*>();
         QVERIFY(box && box->isVisible());
@@ -196,6 +200,93 @@ private slots:
             box->text(),
             QStringLiteral("Cache folder does not exist and could not be created at /proc/nothing/cache/"));
         QTRY_VERIFY(countLogged("Starting refresh cycle") >= 2);
+    }
+
+    void readsTheOfficialVersion()
+    {
+        writeSample(m_service->tree().path() + QUrl(settings()->getUrlForVersionInfo()).path(),
+                    "{\"version\": \"1548102\"}");
+        m_window->refresh();
+        QTRY_VERIFY(hasLogged("Official version is 1548102"));
+        QTRY_VERIFY(hasLogged("refreshServers done"));
+        QVERIFY(QFile::remove(m_service->tree().path() + QUrl(settings()->getUrlForVersionInfo()).path()));
+        QTRY_VERIFY(hasLogged("Couldn't establish official version")); // the next cycle
+        QTRY_VERIFY(hasLogged("refreshServers done"));
+    }
+
+    void skipsTheVersionCheckByRequest()
+    {
+        setCommandLine(true, true);
+        m_window->refresh();
+        QTRY_VERIFY(hasLogged("refreshServers done"));
+        QVERIFY(hasLogged("Skipping version check by request"));
+        QCOMPARE(m_service->requestsFor(QUrl(settings()->getUrlForVersionInfo()).path()), 0);
+    }
+
+    void showsHostsThatCannotBeReachedAndGoesOn()
+    {
+        m_service->tree().publish("ks", "20", {{"a", "b"}});
+        m_service->backend().gateway().die();
+        m_window->refresh();
+        QTRY_VERIFY(hasLogged("Scheduling refresh after 15 minutes"));
+        QVERIFY(m_service->backend().gateway().start());
+        const auto host = settings()->getDeployment().eventGateway;
+        QVERIFY(hasLogged(QStringLiteral("Could not connect to %1 Connection refused").arg(host)));
+        QVERIFY(message().startsWith("Everything is up to date."));
+        QVERIFY2(
+            message().contains(
+                QStringLiteral("Connection error: Could not connect to %1: Connection refused").arg(host)),
+            qPrintable(message()));
+        QTRY_VERIFY(!message().contains("Connection error")); // a later cycle
+    }
+
+    void installsWineBeforeTheServers()
+    {
+        settings()->setUseCustomWine(false);
+        m_service->tree().publishWine("8.0", {{"bin/regedit", "#!/bin/sh\n"}});
+        m_service->tree().publish("ks", "21", {{"a", "b"}});
+        m_window->refresh();
+        QTRY_VERIFY(hasLogged("Scheduling refresh after 15 minutes"));
+        QVERIFY(QFile::exists(m_cache->filePath("wine/bin/regedit")));
+        QVERIFY(m_servers.at("ks")->isReady());
+    }
+
+    void reactsToTheEndOfWine_data()
+    {
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QString>("report");
+        QTest::addColumn<int>("seconds");
+        QTest::newRow("unknown") << 1 << "Wine update failed with an unknown error" << 120;
+        QTest::newRow("download") << 2 << "Wine update failed with a download error" << 120;
+        QTest::newRow("disk") << 3 << "Wine update failed with a disk write error" << 120;
+        QTest::newRow("clients") << 4 << QString() << 120;
+        QTest::newRow("source") << 5 << QString() << 5;
+        QTest::newRow("copy") << 6 << QString() << 120;
+        QTest::newRow("authentication") << 9 << QString() << 120;
+    }
+    void reactsToTheEndOfWine()
+    {
+        QFETCH(int, code);
+        QFETCH(QString, report);
+        QFETCH(int, seconds);
+        settings()->setUseCustomWine(false);
+        settings()->store().setValue("LauncherLastDownloaded/wine", "8.0");
+        WineManager wine;
+        settings()->registerWineManager(&wine);
+        m_window = std::make_unique<MainWindow>();
+        emit wine.endUpdate(code);
+        QTRY_VERIFY(hasLogged(QStringLiteral("Update failed for Wine with error: %1").arg(code)));
+        QVERIFY(hasLogged(QStringLiteral("Scheduling refresh after %1 seconds").arg(seconds)));
+        QVERIFY(!hasLogged("refreshServers"));
+        QVERIFY(message().startsWith("Wine could not be updated: "));
+        QCOMPARE(hasLogged("Unhandled error for Wine"), code > 5);
+        QCOMPARE(settings()->store().value("LauncherLastDownloaded/wine").toString(),
+                 code == 5 ? QString() : QStringLiteral("8.0"));
+        if (!report.isEmpty())
+            QTRY_VERIFY(hasReported(report));
+        QTRY_VERIFY(hasLogged("Starting refresh cycle")); // after the time that was said
+        m_window.reset();
+        settings()->registerWineManager(m_wine.get());
     }
 
     void tracksClients()

@@ -20,7 +20,7 @@ class TestServerList : public QObject
 
 private:
     QTemporaryDir m_cache;
-    WineManager m_wine;
+    std::unique_ptr<WineManager> m_wine;
     std::vector<std::unique_ptr<ServerManager>> m_servers;
 
     static Settings* settings() { return Settings::instance(); }
@@ -46,7 +46,8 @@ private slots:
     {
         Settings::useDeployment(sampleDeployment());
         settings()->setCacheFolder(m_cache.path());
-        settings()->registerWineManager(&m_wine);
+        m_wine = std::make_unique<WineManager>();
+        settings()->registerWineManager(m_wine.get());
         connect(settings(), &Settings::serverDeclared, this,
                 [this](const QString& key, const QJsonObject& entry) {
                     m_servers.push_back(std::make_unique<ServerManager>(key, entry));

@@ -17,6 +17,7 @@ LauncherProcess::LauncherProcess(const LocalBackend& backend)
     m_environment.insert(QStringLiteral("XDG_RUNTIME_DIR"), home());
     m_environment.insert(QStringLiteral("VELKOR_DEPLOYMENT_FILE"), backend.deploymentFile());
     shareCache(m_cache);
+    set(QStringLiteral("UseCustomWine"), true); // most tests publish no Wine
 }
 
 /** What a failed test needs to see of a log: the lines that warn, without the reports that repeat the others.

@@ -12,7 +12,8 @@ class LocalBackend;
 class LauncherProcess
 {
 public:
-    /** The launcher takes the backend's deployment file. */
+    /** The launcher takes the backend's deployment file, and does without our own Wine unless told otherwise.
+     */
     explicit LauncherProcess(const LocalBackend& backend);
     ~LauncherProcess();
     Q_DISABLE_COPY_MOVE(LauncherProcess)

@@ -1,6 +1,7 @@
 #include "tests/testkit/sample.h"
 
 #include "tools/publisher/buildpublisher.h"
+#include "tools/publisher/winepublisher.h"
 
 #include <QCryptographicHash>
 #include <QDir>
@@ -77,6 +78,20 @@ void SampleTree::publish(const QString& server, const QString& build, const Samp
     }
     QString error;
     if (!BuildPublisher(options).publish(&error))
+        qFatal("Cannot publish: %s", qPrintable(error));
+}
+
+void SampleTree::publishWine(const QString& version, const SampleFiles& files, bool isDevelopment)
+{
+    const auto source = m_folder.filePath(QStringLiteral("source%1").arg(m_published++));
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        const auto path = source + QLatin1Char('/') + file.key();
+        writeSample(path, file.value());
+        if (file.key().startsWith(QLatin1String("bin/")))
+            QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner);
+    }
+    QString error;
+    if (!WinePublisher({version, source, path(), isDevelopment}).publish(&error))
         qFatal("Cannot publish: %s", qPrintable(error));
 }
 

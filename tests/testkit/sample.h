@@ -41,6 +41,9 @@ public:
     void publish(const QString& server, const QString& build, const SampleFiles& client,
                  const SampleFiles& resources = {}, const SampleExtras& extras = {});
 
+    /** Publishes a Wine runtime; what is below "bin/" is made executable. */
+    void publishWine(const QString& version, const SampleFiles& files, bool isDevelopment = false);
+
     /** Makes a build that has been published the current one again. */
     void announce(const QString& server, const QString& build) const;
 

@@ -21,7 +21,8 @@ using Certificate = std::unique_ptr<X509, Releaser<X509, X509_free>>;
 using Buffer = std::unique_ptr<BIO, Releaser<BIO, BIO_free_all>>;
 using Extension = std::unique_ptr<X509_EXTENSION, Releaser<X509_EXTENSION, X509_EXTENSION_free>>;
 
-constexpr long validSeconds = 30L * 24 * 3600;
+constexpr auto loopbackNames = "DNS:localhost,IP:127.0.0.1";
+constexpr std::chrono::hours usualValidity(30 * 24);
 
 void require(bool success, const char* what)
 {
@@ -55,7 +56,7 @@ void addExtension(X509* certificate, X509* issuer, int nid, const char* value)
     require(extension && X509_add_ext(certificate, extension.get(), -1) == 1, "extension");
 }
 
-Certificate newCertificate(const Key& key, const char* commonName)
+Certificate newCertificate(const Key& key, const char* commonName, std::chrono::seconds validFor)
 {
     Certificate certificate(X509_new());
     require(certificate != nullptr, "certificate");
@@ -63,8 +64,8 @@ Certificate newCertificate(const Key& key, const char* commonName)
     uint64_t serial = 0;
     RAND_bytes(reinterpret_cast<unsigned char*>(&serial), sizeof serial);
     ASN1_INTEGER_set_uint64(X509_get_serialNumber(certificate.get()), serial >> 1U);
-    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -3600);
-    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), validSeconds);
+    X509_gmtime_adj(X509_getm_notBefore(certificate.get()), -24L * 3600);
+    X509_gmtime_adj(X509_getm_notAfter(certificate.get()), static_cast<long>(validFor.count()));
     X509_set_pubkey(certificate.get(), key.get());
     X509_NAME_add_entry_by_txt(X509_get_subject_name(certificate.get()), "CN", MBSTRING_ASC,
                                reinterpret_cast<const unsigned char*>(commonName), -1, -1, 0);
@@ -88,25 +89,31 @@ CertificateAuthority::CertificateAuthority()
 {
     const Key key(EVP_EC_gen("P-256"));
     require(key != nullptr, "key");
-    const auto certificate = newCertificate(key, "Velkor local test authority");
+    const auto certificate = newCertificate(key, "Velkor local test authority", usualValidity);
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(certificate.get()));
     addExtension(certificate.get(), certificate.get(), NID_basic_constraints, "critical,CA:TRUE");
     addExtension(certificate.get(), certificate.get(), NID_key_usage, "critical,keyCertSign,cRLSign");
+    addExtension(certificate.get(), certificate.get(), NID_subject_alt_name, loopbackNames);
     require(X509_sign(certificate.get(), key.get(), EVP_sha256()) > 0, "signature");
     m_authority = toPem(key, certificate);
 }
 
 KeyAndCertificate CertificateAuthority::issueForLoopback() const
 {
+    return issue(loopbackNames, usualValidity);
+}
+
+KeyAndCertificate CertificateAuthority::issue(const char* names, std::chrono::seconds validFor) const
+{
     const auto authorityKey = readKey(m_authority.key);
     const auto authority = readCertificate(m_authority.certificate);
     const Key key(EVP_EC_gen("P-256"));
     require(key != nullptr, "key");
-    const auto certificate = newCertificate(key, "localhost");
+    const auto certificate = newCertificate(key, "Velkor local server", validFor);
     X509_set_issuer_name(certificate.get(), X509_get_subject_name(authority.get()));
     addExtension(certificate.get(), authority.get(), NID_basic_constraints, "CA:FALSE");
     addExtension(certificate.get(), authority.get(), NID_ext_key_usage, "serverAuth");
-    addExtension(certificate.get(), authority.get(), NID_subject_alt_name, "DNS:localhost,IP:127.0.0.1");
+    addExtension(certificate.get(), authority.get(), NID_subject_alt_name, names);
     require(X509_sign(certificate.get(), authorityKey.get(), EVP_sha256()) > 0, "signature");
     return toPem(key, certificate);
 }

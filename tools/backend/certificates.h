@@ -3,6 +3,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <chrono>
+
 /** A key and its certificate, both as PEM. */
 struct KeyAndCertificate {
     QByteArray key;
@@ -19,6 +21,10 @@ public:
 
     /** A server certificate for 127.0.0.1 and localhost. Throws std::runtime_error when the library fails. */
     KeyAndCertificate issueForLoopback() const;
+    /** One for other names ("DNS:…,IP:…") or another time; a negative time has passed already. */
+    KeyAndCertificate issue(const char* names, std::chrono::seconds validFor) const;
+    /** The authority's own, signed by itself. */
+    KeyAndCertificate identity() const { return m_authority; }
 
 private:
     KeyAndCertificate m_authority;

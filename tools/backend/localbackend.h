@@ -25,6 +25,7 @@ public:
     HttpsServer& content() { return *m_content; }
     HttpsServer& reports() { return *m_reports; }
     Gateway& gateway() { return *m_gateway; }
+    const CertificateAuthority& authority() const { return m_authority; }
     /** The exception reports that have arrived, oldest first. */
     QVector<QJsonObject> exceptionReports() const;
 

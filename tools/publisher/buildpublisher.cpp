@@ -4,9 +4,7 @@
 #include "tools/publisher/bundlewriter.h"
 #include "tools/publisher/patchpublisher.h"
 
-#include <QCryptographicHash>
 #include <QDir>
-#include <QDirIterator>
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -15,36 +13,10 @@
 #include <algorithm>
 #include <fnmatch.h>
 
-namespace
+BuildPublisher::BuildPublisher(const BuildOptions& options)
+    : m_options(options), m_store(options.tree), m_index(&m_store)
 {
-constexpr int plainMode = 33188;
-constexpr int executableMode = 33261;
-constexpr int linkMode = 41471;
-
-/** All files and links below a folder, by relative path, sorted. */
-QStringList listFolder(const QString& folder)
-{
-    QStringList paths;
-    const QDir root(folder);
-    QDirIterator files(folder, QDir::Files | QDir::Dirs | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot,
-                       QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        files.next();
-        if (!files.fileInfo().isDir() || files.fileInfo().isSymLink())
-            paths << root.relativeFilePath(files.filePath());
-    }
-    std::sort(paths.begin(), paths.end());
-    return paths;
 }
-
-bool isPublishableName(const QString& name)
-{
-    static const QRegularExpression bad(QStringLiteral("[,\\n\\r\\\\\\x{0}]"));
-    return !name.contains(bad);
-}
-} // namespace
-
-BuildPublisher::BuildPublisher(const BuildOptions& options) : m_options(options), m_store(options.tree) {}
 
 bool BuildPublisher::publish(QString* error)
 {
@@ -75,62 +47,9 @@ bool BuildPublisher::checkOptions(QString* error) const
     return false;
 }
 
-bool BuildPublisher::addRow(QByteArray* index, const QString& name, const StoredContent& content, int mode,
-                            QString* error)
-{
-    if (!isPublishableName(name)) {
-        *error = QStringLiteral("An index cannot hold this name: %1").arg(name);
-        return false;
-    }
-    const QStringList fields{name,
-                             content.cachedName,
-                             content.md5,
-                             QString::number(content.size),
-                             QString::number(content.size),
-                             QString::number(mode)};
-    *index += fields.join(QLatin1Char(',')).toUtf8() + '\n';
-    ++m_files;
-    m_bytes += content.size;
-    return true;
-}
-
 bool BuildPublisher::addClientFiles(QString* error)
 {
-    const auto paths = listFolder(m_options.from);
-    for (const auto& relativePath : paths) {
-        const auto path = m_options.from + QLatin1Char('/') + relativePath;
-        const QFileInfo info(path);
-        if (relativePath == QLatin1String("start.ini"))
-            continue;
-        if (info.isSymLink()) {
-            if (!addLink(path, relativePath, error))
-                return false;
-            continue;
-        }
-        const auto content = m_store.addFile(path, error);
-        const int mode = info.isExecutable() ? executableMode : plainMode;
-        if (!content || !addRow(&m_index, QStringLiteral("app:/") + relativePath, *content, mode, error))
-            return false;
-    }
-    return true;
-}
-
-bool BuildPublisher::addLink(const QString& path, const QString& relativePath, QString* error)
-{
-    const auto target = QDir(m_options.from).relativeFilePath(QDir::cleanPath(QFile::symLinkTarget(path)));
-    if (target.startsWith(QLatin1String("..")) || QDir::isAbsolutePath(target)) {
-        *error = QStringLiteral("The link %1 leads out of the folder").arg(path);
-        return false;
-    }
-    const auto md5 = QString::fromLatin1(QCryptographicHash::hash({}, QCryptographicHash::Md5).toHex());
-    return addRow(&m_index, QStringLiteral("sym:/") + relativePath,
-                  {QStringLiteral("sym:app:/") + target, md5, 0}, linkMode, error);
-}
-
-bool BuildPublisher::addTextFile(const QString& name, const QByteArray& text, QString* error)
-{
-    const auto content = m_store.addBytes(text, error);
-    return content && addRow(&m_index, QStringLiteral("app:/") + name, *content, plainMode, error);
+    return m_index.addFolder(m_options.from, {QStringLiteral("start.ini")}, error);
 }
 
 // The launcher reads the installed build from start.ini, so whatever else stands there, the build is this
@@ -157,21 +76,20 @@ bool BuildPublisher::addStartIni(QString* error)
     if (!lines.contains("[main]"))
         lines << "[main]"
               << "build=" + m_options.build.toUtf8();
-    return addTextFile(QStringLiteral("start.ini"), lines.join('\n') + '\n', error);
+    return m_index.addBytes(QStringLiteral("app:/start.ini"), lines.join('\n') + '\n', error);
 }
 
 bool BuildPublisher::addResources(QString* error)
 {
     if (m_options.resources.isEmpty())
         return true;
-    QByteArray all;
+    IndexWriter all(&m_store);
     QByteArray prefetch;
     QSet<QString> unusedGlobs(m_options.prefetch.cbegin(), m_options.prefetch.cend());
-    const auto paths = listFolder(m_options.resources);
+    const auto paths = IndexWriter::listFolder(m_options.resources);
     for (const auto& relativePath : paths) {
-        const auto name = QStringLiteral("res:/") + relativePath;
-        const auto content = m_store.addFile(m_options.resources + QLatin1Char('/') + relativePath, error);
-        if (!content || !addRow(&all, name, *content, plainMode, error))
+        if (!all.addFile(QStringLiteral("res:/") + relativePath,
+                         m_options.resources + QLatin1Char('/') + relativePath, error))
             return false;
         bool first = false;
         for (const auto& glob : m_options.prefetch) {
@@ -182,22 +100,24 @@ bool BuildPublisher::addResources(QString* error)
             unusedGlobs.remove(glob);
         }
         if (first)
-            prefetch += all.mid(all.lastIndexOf('\n', all.size() - 2) + 1);
+            prefetch += all.lastRow();
     }
     if (!unusedGlobs.isEmpty()) {
         *error = QStringLiteral("--prefetch %1 selects no resource").arg(*unusedGlobs.cbegin());
         return false;
     }
     m_prefetchIndex = prefetch;
-    return addTextFile(QStringLiteral("resfileindex.txt"), all, error) &&
+    m_resourceFiles = all.fileCount();
+    m_resourceBytes = all.byteCount();
+    return m_index.addBytes(QStringLiteral("app:/resfileindex.txt"), all.text(), error) &&
            (m_options.prefetch.isEmpty() ||
-            addTextFile(QStringLiteral("resfileindex_prefetch.txt"), prefetch, error));
+            m_index.addBytes(QStringLiteral("app:/resfileindex_prefetch.txt"), prefetch, error));
 }
 
 // The launcher patches the client's own files only, so these are all that need patches.
 bool BuildPublisher::addPatches(QString* error)
 {
-    const auto index = parseIndex(m_index, QStringLiteral("new index"));
+    const auto index = parseIndex(m_index.text(), QStringLiteral("new index"));
     for (const auto& build : m_options.previous) {
         QByteArray text;
         if (!m_store.readFile(QStringLiteral("velkor_%1.txt").arg(build), &text) &&
@@ -220,7 +140,7 @@ bool BuildPublisher::addBundles(QString* error)
     if (!m_options.bundle)
         return true;
     const QPair<QString, QByteArray> indexes[] = {
-        {QStringLiteral("velkor_%1.txt"), m_index},
+        {QStringLiteral("velkor_%1.txt"), m_index.text()},
         {QStringLiteral("resfileindex_prefetch_%1.txt"), m_prefetchIndex}};
     for (const auto& [name, text] : indexes) {
         const auto index = parseIndex(text, name);
@@ -239,7 +159,7 @@ bool BuildPublisher::announce(QString* error)
                                                  : QStringLiteral("velkor_%1.txt").arg(m_options.build);
     const QJsonObject version{{QStringLiteral("build"), m_options.build},
                               {QStringLiteral("protected"), m_options.isProtected}};
-    return m_store.writeFile(indexPath, m_index, error) &&
+    return m_store.writeFile(indexPath, m_index.text(), error) &&
            m_store.writeFile(QStringLiteral("velkorclient_%1.json").arg(m_options.server.toUpper()),
                              QJsonDocument(version).toJson(), error);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/publisher/contentstore.h"
+#include "tools/publisher/indexwriter.h"
 
 #include <QStringList>
 
@@ -33,8 +33,8 @@ public:
     /** Returns false and explains in error when something is wrong; the build is then not announced. */
     bool publish(QString* error);
 
-    int fileCount() const { return m_files; }
-    qint64 byteCount() const { return m_bytes; }
+    int fileCount() const { return m_index.fileCount() + m_resourceFiles; }
+    qint64 byteCount() const { return m_index.byteCount() + m_resourceBytes; }
     int patchCount() const { return m_patches; }
     qint64 patchByteCount() const { return m_patchBytes; }
     /** Bytes of the files that the patches lead to. */
@@ -48,18 +48,14 @@ private:
     bool addPatches(QString* error);
     bool addBundles(QString* error);
     bool announce(QString* error);
-    bool addTextFile(const QString& name, const QByteArray& text, QString* error);
-    bool addRow(QByteArray* index, const QString& name, const StoredContent& content, int mode,
-                QString* error);
-    bool addLink(const QString& path, const QString& relativePath, QString* error);
 
     const BuildOptions m_options;
     ContentStore m_store;
-    QByteArray m_index;
+    IndexWriter m_index;
     QByteArray m_prefetchIndex;
     int m_patches = 0;
     qint64 m_patchBytes = 0;
     qint64 m_patchedBytes = 0;
-    int m_files = 0;
-    qint64 m_bytes = 0;
+    int m_resourceFiles = 0;
+    qint64 m_resourceBytes = 0;
 };

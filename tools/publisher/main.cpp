@@ -1,5 +1,6 @@
 #include "tools/publisher/buildpublisher.h"
 #include "tools/publisher/treeverifier.h"
+#include "tools/publisher/winepublisher.h"
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -12,6 +13,7 @@ constexpr auto usage = "Publishes builds as a tree of static files.\n\n"
                        "  velkor-publish build --server KEY --build BUILD --from GAMEDIR --out TREE\n"
                        "                       [--resources RESDIR] [--prefetch GLOB]... [--protected]\n"
                        "                       [--previous BUILD]... [--bundle]\n"
+                       "  velkor-publish wine --version VERSION --from WINEDIR --out TREE [--dev]\n"
                        "  velkor-publish verify --out TREE";
 
 int fail(const QString& message)
@@ -44,6 +46,22 @@ int build(const QCommandLineParser& parser)
     return 0;
 }
 
+int wine(const QCommandLineParser& parser)
+{
+    WineOptions options;
+    options.version = parser.value(QStringLiteral("version"));
+    options.from = parser.value(QStringLiteral("from"));
+    options.tree = parser.value(QStringLiteral("out"));
+    options.isDevelopment = parser.isSet(QStringLiteral("dev"));
+    WinePublisher publisher(options);
+    QString error;
+    if (!publisher.publish(&error))
+        return fail(error);
+    std::printf("Published Wine %s: %d files, %lld bytes\n", qPrintable(options.version),
+                publisher.fileCount(), publisher.byteCount());
+    return 0;
+}
+
 int verify(const QCommandLineParser& parser)
 {
     if (!parser.isSet(QStringLiteral("out")))
@@ -63,11 +81,12 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(usage));
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("build or verify"));
+    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("build, wine or verify"));
     parser.addOptions({
         {QStringLiteral("server"), QStringLiteral("Catalogue key of the server"), QStringLiteral("key")},
         {QStringLiteral("build"), QStringLiteral("Build number"), QStringLiteral("build")},
-        {QStringLiteral("from"), QStringLiteral("Folder of the client's files"), QStringLiteral("folder")},
+        {QStringLiteral("from"), QStringLiteral("Folder of the client's or runtime's files"),
+         QStringLiteral("folder")},
         {QStringLiteral("out"), QStringLiteral("The tree"), QStringLiteral("folder")},
         {QStringLiteral("resources"), QStringLiteral("Folder of the resource files"),
          QStringLiteral("folder")},
@@ -76,13 +95,17 @@ int main(int argc, char** argv)
         {QStringLiteral("previous"), QStringLiteral("Makes patches from the files of this build"),
          QStringLiteral("build")},
         {QStringLiteral("bundle"), QStringLiteral("Makes bundles, for first installations")},
+        {QStringLiteral("version"), QStringLiteral("Version of Wine"), QStringLiteral("version")},
+        {QStringLiteral("dev"), QStringLiteral("For those who want development versions of Wine")},
         {QStringLiteral("protected"), QStringLiteral("The index needs the player's token")},
     });
     parser.process(app);
     const auto command = parser.positionalArguments().value(0);
     if (command == QLatin1String("build"))
         return build(parser);
+    if (command == QLatin1String("wine"))
+        return wine(parser);
     if (command == QLatin1String("verify"))
         return verify(parser);
-    return fail(QStringLiteral("the command must be build or verify; see --help"));
+    return fail(QStringLiteral("the command must be build, wine or verify; see --help"));
 }

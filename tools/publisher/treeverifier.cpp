@@ -20,10 +20,13 @@ QStringList TreeVerifier::verify()
 {
     const auto announcements =
         QDir(m_tree).entryList({QStringLiteral("velkorclient_*.json")}, QDir::Files, QDir::Name);
-    if (announcements.isEmpty())
-        m_problems << QStringLiteral("%1 announces no build").arg(m_tree);
+    const auto wineLists = QDir(m_tree).entryList({QStringLiteral("wine_*.json")}, QDir::Files, QDir::Name);
+    if (announcements.isEmpty() && wineLists.isEmpty())
+        m_problems << QStringLiteral("%1 announces nothing").arg(m_tree);
     for (const auto& fileName : announcements)
         verifyAnnouncement(fileName);
+    for (const auto& fileName : wineLists)
+        verifyWineVersions(fileName);
     verifyContents();
     verifyBundles();
     verifyPatches();
@@ -44,6 +47,22 @@ void TreeVerifier::verifyAnnouncement(const QString& fileName)
     verifyIndex(isProtected ? QStringLiteral("prod/velkor_%1").arg(build)
                             : QStringLiteral("velkor_%1.txt").arg(build),
                 fileName);
+}
+
+void TreeVerifier::verifyWineVersions(const QString& fileName)
+{
+    QFile file(m_tree + QLatin1Char('/') + fileName);
+    const auto versions =
+        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).array() : QJsonArray();
+    if (versions.isEmpty())
+        m_problems << QStringLiteral("%1 lists no version").arg(fileName);
+    for (const auto& value : versions) {
+        const auto version = value.toObject().value(QLatin1String("version")).toString();
+        if (version.isEmpty())
+            m_problems << QStringLiteral("%1 has an entry without a version").arg(fileName);
+        else
+            verifyIndex(QStringLiteral("wine_linux_%1.txt").arg(version), fileName);
+    }
 }
 
 void TreeVerifier::verifyIndex(const QString& path, const QString& what)
@@ -109,10 +128,11 @@ void TreeVerifier::verifyBundles()
             m_problems << QStringLiteral("%1 lists no chunk").arg(list.fileName());
         for (const auto& value : chunks) {
             const auto chunk = value.toObject();
-            const auto path =
-                QFileInfo(list).path() + QLatin1Char('/') + chunk.value(QLatin1String("name")).toString();
+            const auto name = chunk.value(QLatin1String("name")).toString();
+            const auto path = QFileInfo(list).path() + QLatin1Char('/') + name;
             ++m_chunks;
-            if (QFileInfo(path).size() != chunk.value(QLatin1String("size")).toDouble() ||
+            if (!SafePath::isSafeText(name) ||
+                QFileInfo(path).size() != chunk.value(QLatin1String("size")).toDouble() ||
                 QString::fromLatin1(md5OfFiles({path}).first()) !=
                     chunk.value(QLatin1String("checksum")).toString())
                 m_problems << QStringLiteral("%1 is not as its list says").arg(path);

@@ -4,8 +4,8 @@
 #include <QString>
 #include <QStringList>
 
-/** Checks a published tree: announced builds, their indexes, every file that these name, bundles, and
- * patches. */
+/** Checks a published tree: announced builds and Wine versions, their indexes, every file that these name,
+ * bundles, and patches. */
 class TreeVerifier
 {
 public:
@@ -18,6 +18,7 @@ public:
 
 private:
     void verifyAnnouncement(const QString& fileName);
+    void verifyWineVersions(const QString& fileName);
     void verifyIndex(const QString& path, const QString& what);
     void verifyContents();
     void verifyBundles();
