@@ -44,6 +44,16 @@ Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(u
     QT_WARNING_POP
 }
 
+// The reply must not be taken for that of the next download.
+Downloader::~Downloader()
+{
+    if (!m_reply || m_reply->isFinished())
+        return;
+    m_reply->blockSignals(true);
+    m_reply->abort();
+    m_reply->deleteLater();
+}
+
 // Any reply that the shared manager completes is taken for this download's: the scheduler runs one download
 // at a time.
 void Downloader::go()
@@ -58,6 +68,7 @@ void Downloader::issueRequest()
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
     request.setTransferTimeout(stallTimeoutMs);
     auto* reply = getManager()->get(request);
+    m_reply = reply;
     connect(reply, &QNetworkReply::downloadProgress, this, &Downloader::onDownloadProgress);
     connect(
         reply, &QNetworkReply::sslErrors, this,

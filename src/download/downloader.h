@@ -4,6 +4,7 @@
 #include "tasks/task.h"
 
 #include <QByteArray>
+#include <QPointer>
 #include <QSslError>
 #include <QUrl>
 
@@ -23,6 +24,8 @@ class Downloader : public Task, public LiveCount<Downloader>
 
 public:
     explicit Downloader(const QUrl& url, QObject* parent = nullptr);
+    /** Ends a request that is still running. */
+    ~Downloader() override;
 
     /** Bytes to expect where the server does not say; 0 is unknown. For progress only. */
     void setExpectedSize(quint64 bytes) { m_expectedSize = bytes; }
@@ -56,6 +59,7 @@ private:
     static QNetworkAccessManager*& sharedManager();
 
     const QUrl m_url;
+    QPointer<QNetworkReply> m_reply;
     QByteArray m_contents;
     quint64 m_expectedSize = 0;
     QString m_progressMessage;

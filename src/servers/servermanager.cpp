@@ -165,6 +165,7 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
     if (!downloader) {
         reportException("RuntimeError", QStringLiteral("Task is not of the expected type"), "servermanager",
                         "onPatchInfoDownloadFinished", __LINE__);
+        notifyError(UnknownError, tr("Version info not available"));
         return;
     }
     const auto info = QJsonDocument::fromJson(downloader->getContents()).object();
@@ -256,6 +257,7 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
     if (!downloader) {
         reportException("RuntimeError", QStringLiteral("Task is not of the expected type"), "servermanager",
                         "onBinaryIndexDownloadFinished", __LINE__);
+        notifyError(UnknownError, tr("Index not available"));
         return;
     }
     const auto bytes = downloader->getContents();

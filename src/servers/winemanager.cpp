@@ -112,6 +112,7 @@ void WineManager::onVersionInfoDownloadFinished(Task* task)
     const auto all = filterWineVersions(list, {});
     if (all.isEmpty()) {
         qWarning().noquote() << "No Wine versions found" << task->getErrorString();
+        m_errorText = task->getErrorString();
         end(task->isError() ? task->getErrorCode() : DownloadError);
         return;
     }
@@ -150,6 +151,7 @@ void WineManager::onIndexDownloadFinished(Task* task)
         reportException("DownloadError",
                         QStringLiteral("%1 when downloading Wine index").arg(task->getErrorString()),
                         "winemanager", "onIndexDownloadFinished", __LINE__);
+        m_errorText = task->getErrorString();
         end(DownloadError);
         return;
     }

@@ -221,6 +221,8 @@ void MainWindow::refreshServers()
 
 void MainWindow::onEndUpdate(ServerManager* server)
 {
+    if (server != m_refreshedServer) // had its turn already
+        return;
     qDebug().noquote() << "onEndUpdate for" << server->getName();
     refreshServers();
 }
@@ -230,7 +232,7 @@ void MainWindow::onFailedUpdate(ServerManager* server, int code, const QString& 
     qWarning().noquote() << "Update failed for" << server->getDisplayName() << "with error:" << code;
     m_lastFailure = QStringLiteral("%1: %2").arg(server->getDisplayName(), message);
     setMessage(m_lastFailure);
-    if (server->isUpdating()) // a launch was refused, the update goes on
+    if (server != m_refreshedServer || server->isUpdating()) // a launch was refused, the update goes on
         return;
     reportFailure(server, code);
     refreshServers();

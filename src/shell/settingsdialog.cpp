@@ -24,6 +24,13 @@ namespace
 {
 constexpr int developmentType = 2;
 
+void setUpForm(QFormLayout* form)
+{
+    form->setFieldGrowthPolicy(QFormLayout::AllNonFixedFieldsGrow);
+    form->setHorizontalSpacing(16);
+    form->setVerticalSpacing(10);
+}
+
 QString latestText() { return SettingsDialog::tr("Latest"); }
 } // namespace
 
@@ -33,8 +40,8 @@ SettingsDialog::SettingsDialog(Settings* settings, QWidget* parent) : QDialog(pa
     auto* forms = new QWidget(this);
     auto* columns = new QHBoxLayout(forms);
     columns->setContentsMargins(20, 20, 20, 8);
-    columns->setSpacing(32);
-    columns->addWidget(createGeneralForm(), 1);
+    columns->setSpacing(24);
+    columns->addWidget(createGeneralForm(), 1, Qt::AlignTop);
     columns->addWidget(createWineForm(), 1, Qt::AlignTop);
     auto* scroll = new QScrollArea(this);
     scroll->setFrameShape(QFrame::NoFrame);
@@ -50,7 +57,7 @@ SettingsDialog::SettingsDialog(Settings* settings, QWidget* parent) : QDialog(pa
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll);
     layout->addWidget(buttons);
-    resize(forms->sizeHint().boundedTo(QSize(1000, 720)) + QSize(20, 80));
+    resize(forms->sizeHint().boundedTo(QSize(1100, 760)) + QSize(20, 80));
     populateWineVersions();
 }
 
@@ -73,11 +80,11 @@ QCheckBox* SettingsDialog::addSwitch(QFormLayout* form, const QString& label, bo
     return box;
 }
 
-QWidget* SettingsDialog::createGeneralForm()
+QGroupBox* SettingsDialog::createGeneralForm()
 {
-    auto* widget = new QWidget(this);
+    auto* widget = new QGroupBox(tr("Launcher and clients"), this);
     auto* form = new QFormLayout(widget);
-    form->setContentsMargins(0, 0, 0, 0);
+    setUpForm(form);
     const auto* s = m_settings;
 
     m_language = new QComboBox(widget);
@@ -149,6 +156,7 @@ QGroupBox* SettingsDialog::createWineForm()
 {
     auto* group = new QGroupBox(tr("Wine options"), this);
     auto* form = new QFormLayout(group);
+    setUpForm(form);
     const auto* s = m_settings;
     addSwitch(form, tr("Use &custom Wine"), s->useCustomWine(), &Settings::setUseCustomWine,
               tr("Run clients with a Wine of your own instead of the one that comes with the game"));
@@ -171,9 +179,12 @@ QGroupBox* SettingsDialog::createWineForm()
     addRow(form, tr("Wine versio&n"), m_wineVersion,
            tr("\"Latest\" follows what the game's makers recommend"));
     m_wineVersionNote = new QLabel(group);
+    m_wineVersionNote->setObjectName(QStringLiteral("note"));
     m_wineVersionNote->setWordWrap(true);
     m_wineVersionNote->setTextFormat(Qt::PlainText);
     form->addRow(QString(), m_wineVersionNote);
+
+    m_wineVersionNote->setMinimumWidth(260);
 
     m_wineDebug = new QLineEdit(s->getWinedebug(), group);
     addRow(form, tr("WINEDEB&UG"), m_wineDebug, tr("What Wine writes to the log, such as \"+loaddll,-all\""));

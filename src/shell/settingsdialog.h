@@ -39,7 +39,7 @@ private:
         void (Settings::*set)(bool);
     };
 
-    QWidget* createGeneralForm();
+    QGroupBox* createGeneralForm();
     QGroupBox* createWineForm();
     QWidget* createTestServers();
     /** Adds a row whose label leads the keyboard to the field; help is its tooltip. */

@@ -30,6 +30,7 @@ constexpr ColourRow colours[] = {
     {"track", "#e3e7ec", "#2a323e"},    {"titleBar", "#1b2330", "#0d1015"},
     {"disabled", "#e3e7ec", "#2a323e"}, {"onDisabled", "#6a7382", "#8b95a4"},
     {"focus", "#1f6fd1", "#7db4ff"},    {"progress", "#f3b792", "#96501f"},
+    {"outline", "#8b95a4", "#6a7689"},  {"checkImage", "check", "check_dark"}, // an image's name
 };
 
 constexpr auto portalService = "org.freedesktop.portal.Desktop";

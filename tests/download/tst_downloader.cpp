@@ -46,6 +46,21 @@ private slots:
         QCOMPARE(progress.last().at(1).toString(), QStringLiteral("fetching"));
     }
 
+    void endsItsRequestWhenItIsDeleted()
+    {
+        m_service->content().faults().set("/slow.json", Fault::slow(1));
+        writeSample(m_service->tree().path() + "/slow.json", "slow");
+        auto abandoned = std::make_unique<Downloader>(QUrl(m_service->baseUrl() + "slow.json"));
+        abandoned->go();
+        QTest::qWait(50);
+        Downloader downloader(QUrl(m_service->baseUrl() + "info.json"));
+        QSignalSpy finished(&downloader, &Task::finished);
+        downloader.go();
+        abandoned.reset();
+        QTRY_COMPARE(finished.size(), 1);
+        QCOMPARE(downloader.getContents(), QByteArray(R"({"build":"1"})"));
+    }
+
     void mapsFailures_data()
     {
         QTest::addColumn<int>("status");

@@ -67,6 +67,9 @@ QVariant LauncherProcess::setting(const QString& key) const
 
 void LauncherProcess::start(const QStringList& arguments)
 {
+    const auto earlier = logFiles();
+    for (const auto& path : earlier)
+        QFile::remove(path);
     auto command = m_wrapper + QStringList{QStringLiteral(VELKOR_BIN "/velkorlauncher")} + arguments;
     m_process.setProcessEnvironment(m_environment);
     m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
@@ -84,11 +87,19 @@ int LauncherProcess::refreshOnce(const QStringList& moreArguments)
     return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
 }
 
-QString LauncherProcess::log() const
+QStringList LauncherProcess::logFiles() const
 {
     const QDir folder(m_home.filePath(QStringLiteral(".local/share/Halden/Velkor/Launcher")));
-    const auto names = folder.entryList({QStringLiteral("launcherlog*.txt")}, QDir::Files, QDir::Name);
-    return names.isEmpty() ? QString() : QString::fromUtf8(readSample(folder.filePath(names.constLast())));
+    auto names = folder.entryList({QStringLiteral("launcherlog*.txt")}, QDir::Files, QDir::Name);
+    for (auto& name : names)
+        name = folder.filePath(name);
+    return names;
+}
+
+QString LauncherProcess::log() const
+{
+    const auto files = logFiles();
+    return files.isEmpty() ? QString() : QString::fromUtf8(readSample(files.constLast()));
 }
 
 bool LauncherProcess::waitForLog(const QString& text, int milliseconds) const

@@ -44,13 +44,15 @@ public:
     int refreshOnce(const QStringList& moreArguments = {});
     QProcess& process() { return m_process; }
 
-    /** The newest log of the launcher. */
+    /** The log of the newest run; start() removes those of earlier ones. */
     QString log() const;
     /** Whether the log has this text by now, waiting for it for a while. */
     bool waitForLog(const QString& text, int milliseconds = 20000) const;
     QString standardError() const { return m_standardError; }
 
 private:
+    QStringList logFiles() const;
+
     QTemporaryDir m_home;
     QString m_cache;
     QProcess m_process;
