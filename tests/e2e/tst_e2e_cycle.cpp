@@ -195,7 +195,7 @@ private slots:
         m_service->tree().publishWine("last", runtime("last"));
         QTRY_COMPARE_WITH_TIMEOUT(readSample(launcher.stagingFolder("ks") + "/bin/exefile.exe"),
                                   QByteArray("last"), 30000);
-        QCOMPARE(readSample(launcher.cache() + "/wine/bin/wine"), QByteArray("last"));
+        QTRY_COMPARE_WITH_TIMEOUT(readSample(launcher.cache() + "/wine/bin/wine"), QByteArray("last"), 30000);
         terminate(launcher);
     }
 };

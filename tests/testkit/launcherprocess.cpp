@@ -4,6 +4,7 @@
 
 #include <QDir>
 #include <QElapsedTimer>
+#include <QRegularExpression>
 #include <QSettings>
 #include <QTest>
 
@@ -24,11 +25,10 @@ LauncherProcess::LauncherProcess(const LocalBackend& backend)
  */
 static void printWarnings(const QString& log)
 {
-    const auto lines = log.split(QLatin1Char('\n'));
-    for (const auto& line : lines) {
-        if (line.contains(QLatin1String("\twarning\t")) || line.contains(QLatin1String("\terror\t")))
-            qWarning().noquote() << "launcher:" << line.left(240);
-    }
+    auto lines = log.split(QLatin1Char('\n'));
+    lines = lines.filter(QRegularExpression(QStringLiteral("\twarning\t|\terror\t")));
+    for (const auto& line : lines.mid(qMax(0, lines.size() - 30)))
+        qWarning().noquote() << "launcher:" << line.left(240);
     qWarning().noquote() << "launcher: last lines:" << log.right(1500);
 }
 
