@@ -3,6 +3,7 @@
 #include "logging/filelogger.h"
 #include "logging/loglens.h"
 #include "logging/messagehandler.h"
+#include "maintenance/cachemover.h"
 #include "servers/serverindexes.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
@@ -43,7 +44,10 @@ public:
                          });
         QObject::connect(settings, &Settings::lastKnownBuildResetRequested, &m_wineManager,
                          [this](const QString& key) {
-                             withServer(key, [](auto* server) { server->resetLastDownloaded(); });
+                             withServer(key, [](auto* server) {
+                                 server->reset();
+                                 server->resetLastDownloaded();
+                             });
                          });
     }
     ~ServerFactory() { PatchManager::instance()->setIndexLookup(nullptr); }
@@ -117,6 +121,7 @@ int run(QApplication* app)
     auto* settings = Settings::instance();
     ExceptionLogger::instance(); // belongs to this thread
     settings->logStartup();
+    CacheMover::recover(settings);
     settings->initialize();
     settings->initializeFromArgs(*app);
     QNetworkProxyFactory::setUseSystemConfiguration(settings->useProxy());

@@ -103,6 +103,19 @@ bool UpdateMarker::release(std::shared_ptr<UpdateMarker>&& marker)
     return written;
 }
 
+bool UpdateMarker::isHeld(const QString& cacheRoot)
+{
+    const auto folder = resFiles(cacheRoot);
+    const auto names = markerNames(folder);
+    return std::any_of(names.cbegin(), names.cend(), [&](const QString& name) {
+        const int descriptor = openLocked(folder + QLatin1Char('/') + name, O_RDONLY, LOCK_SH | LOCK_NB);
+        if (descriptor < 0)
+            return errno == EWOULDBLOCK;
+        ::close(descriptor);
+        return false;
+    });
+}
+
 QStringList UpdateMarker::findDead(const QString& folder, QDateTime* oldest)
 {
     QStringList dead;

@@ -35,6 +35,9 @@ public:
      */
     static bool release(std::shared_ptr<UpdateMarker>&& marker);
 
+    /** Whether any launcher, this one included, is writing to the cache. */
+    static bool isHeld(const QString& cacheRoot);
+
     struct Recovery {
         int markers = 0;
         int checked = 0;

@@ -25,6 +25,20 @@ void Index::combine(const IndexPtr& other)
     }
 }
 
+void Index::combineContents(const IndexPtr& other)
+{
+    if (!other)
+        return;
+    QSet<QString> contents;
+    contents.reserve(m_entries.size());
+    for (const auto& entry : qAsConst(m_entries))
+        contents.insert(entry->cachedName);
+    for (const auto& entry : other->entries()) {
+        if (!contents.contains(entry->cachedName))
+            m_entries.append(entry);
+    }
+}
+
 IndexMap::IndexMap(const IndexPtr& index)
 {
     if (!index)

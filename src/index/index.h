@@ -7,6 +7,8 @@
 #include <QMap>
 #include <QSharedPointer>
 
+#include <mutex>
+
 class Index;
 /** Null means that no index is available. */
 using IndexPtr = QSharedPointer<Index>;
@@ -29,11 +31,33 @@ public:
 
     /** Appends the rows of other whose names are not here yet; null changes nothing. */
     void combine(const IndexPtr& other);
+    /** Appends the rows of other whose content is not here yet, whatever their names. */
+    void combineContents(const IndexPtr& other);
 
 private:
     QString m_name;
     QString m_build;
     QList<IndexEntryPtr> m_entries;
+};
+
+/** An index that one thread replaces and any thread may ask for. */
+class PublishedIndex
+{
+public:
+    IndexPtr get() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_index;
+    }
+    void set(const IndexPtr& index)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_index = index;
+    }
+
+private:
+    mutable std::mutex m_mutex;
+    IndexPtr m_index;
 };
 
 /** The rows of one index by name; of rows with the same name the last one. */

@@ -42,8 +42,8 @@ ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObj
     connect(&m_resourceWatcher, &QFutureWatcher<IndexPtr>::finished, this,
             &ServerManager::onResourceIndexLoaded);
     m_lastDownloaded = Settings::instance()->store().value(lastDownloadedKey(m_name)).toString();
-    m_index = loadIndex(cachedIndexPath());
-    m_installedIndex = QFile::exists(installedIndexPath()) ? loadIndex(installedIndexPath()) : m_index;
+    m_index.set(loadIndex(cachedIndexPath()));
+    m_installedIndex.set(QFile::exists(installedIndexPath()) ? loadIndex(installedIndexPath()) : getIndex());
     m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
     m_stagingFolderBuild = getStagingFolderBuild();
 }
@@ -83,7 +83,8 @@ QString ServerManager::installedIndexPath() const
 
 QString ServerManager::findFileInIndex(const QString& name) const
 {
-    const auto cachedName = m_index ? m_index->getCachedName(name) : QString();
+    const auto index = getIndex();
+    const auto cachedName = index ? index->getCachedName(name) : QString();
     if (cachedName.isEmpty())
         return {};
     return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/ResFiles/") +
@@ -129,6 +130,7 @@ void ServerManager::reset()
 void ServerManager::resetLastDownloaded()
 {
     m_lastDownloaded.clear();
+    m_stagingFolderBuild.clear(); // nor does what is installed count
     saveLastDownloadedBuild();
 }
 
@@ -271,9 +273,9 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
     }
     PatchManager::instance()->setBaseIndex();
     saveCachedIndex(bytes);
-    m_index = index;
-    m_index->setName(QStringLiteral("velkor_%1.txt").arg(m_build));
-    m_index->setBuild(m_build);
+    index->setName(QStringLiteral("velkor_%1.txt").arg(m_build));
+    index->setBuild(m_build);
+    m_index.set(index);
     if (m_build == m_lastDownloaded) {
         qDebug().noquote() << "Current build" << m_build << "same as last downloaded";
         markMainDownloadDone();
@@ -298,7 +300,7 @@ void ServerManager::saveCachedIndex(const QByteArray& bytes) const
 
 void ServerManager::downloadBinaries()
 {
-    scheduleIndexDownload(QStringLiteral("Downloader for %1").arg(m_displayName), m_index,
+    scheduleIndexDownload(QStringLiteral("Downloader for %1").arg(m_displayName), getIndex(),
                           Settings::instance()->getBaseUrlForBinaries(), DownloadStep::Binaries, m_name,
                           &ServerManager::onBinariesDownloadFinished);
 }
@@ -310,7 +312,7 @@ void ServerManager::onBinariesDownloadFinished(Task* task)
         notifyTaskError(task);
         return;
     }
-    m_installedIndex = m_index;
+    m_installedIndex.set(getIndex());
     QFile::remove(installedIndexPath());
     m_lastDownloaded = m_build;
     saveLastDownloadedBuild();
@@ -349,7 +351,7 @@ void ServerManager::onPrefetchDownloadFinished(Task* task)
 
 void ServerManager::copyBinaries()
 {
-    auto* copier = new Copier(m_index, m_name, this);
+    auto* copier = new Copier(getIndex(), m_name, this);
     copier->setProperty("name", QStringLiteral("Copier for %1").arg(m_displayName));
     connect(copier, &Copier::progressUpdate, this, &ServerManager::onProgressUpdate);
     connect(copier, &Task::finished, this, &ServerManager::onCopyFinished);
@@ -374,7 +376,7 @@ void ServerManager::markMainDownloadDone()
 {
     m_ready = true;
     m_updating = false;
-    m_currentIndex = m_index;
+    m_currentIndex = getIndex();
     m_currentPrefetchIndex = m_prefetchIndex;
     EventLogger::instance()->clientUpdateCompleted(m_name);
     emit progressUpdate(this, 1.0F, tr("Ready"));
@@ -394,13 +396,14 @@ void ServerManager::downloadAllResources()
 
 void ServerManager::onResourceIndexLoaded()
 {
-    m_resourceIndex = m_resourceWatcher.result();
-    if (!Settings::instance()->shouldDownloadEverything() || !m_resourceIndex) {
+    const auto index = m_resourceWatcher.result();
+    m_resourceIndex.set(index);
+    if (!Settings::instance()->shouldDownloadEverything() || !index) {
         m_fullDownloadRunning = false;
         emit progressUpdate(this, 1.0F, QStringLiteral("Ready"));
         return;
     }
-    scheduleIndexDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), m_resourceIndex,
+    scheduleIndexDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), index,
                           Settings::instance()->getBaseUrlForResources(), DownloadStep::FullResources,
                           QStringLiteral("background"), &ServerManager::onFullDownloadFinished);
 }

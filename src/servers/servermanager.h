@@ -35,13 +35,15 @@ public:
     QString getPatchInfo() const { return m_patchInfoUrl; }
     QString getServer() const { return m_server; }
     QString getBuild() const { return m_build; }
-    IndexPtr getIndex() const { return m_index; }
-    /** Of the last build whose binaries were downloaded completely, also by an earlier run. */
-    IndexPtr getInstalledIndex() const { return m_installedIndex; }
+    /** Of the newest build that is known. Any thread. */
+    IndexPtr getIndex() const { return m_index.get(); }
+    /** Of the last build whose binaries were downloaded completely, also by an earlier run. Any thread. */
+    IndexPtr getInstalledIndex() const { return m_installedIndex.get(); }
     IndexPtr getCurrentIndex() const { return m_currentIndex; }
     IndexPtr getPrefetchIndex() const { return m_prefetchIndex; }
     IndexPtr getCurrentPrefetchIndex() const { return m_currentPrefetchIndex; }
-    IndexPtr getResourceIndex() const { return m_resourceIndex; }
+    /** Of the build whose resources were last downloaded; null before the first. Any thread. */
+    IndexPtr getResourceIndex() const { return m_resourceIndex.get(); }
     QString getStagingFolder() const;
     /** The client's executable in the staging folder. */
     QString getExefileName() const;
@@ -134,12 +136,12 @@ private:
     QString cachedIndexPath() const;
     QString installedIndexPath() const;
 
-    IndexPtr m_index;
-    IndexPtr m_installedIndex;
+    PublishedIndex m_index;
+    PublishedIndex m_installedIndex;
     IndexPtr m_currentIndex;
     IndexPtr m_prefetchIndex;
     IndexPtr m_currentPrefetchIndex;
-    IndexPtr m_resourceIndex;
+    PublishedIndex m_resourceIndex;
     QFutureWatcher<IndexPtr> m_prefetchWatcher;
     QFutureWatcher<IndexPtr> m_resourceWatcher;
     QSet<AttachedProcess*> m_processes;

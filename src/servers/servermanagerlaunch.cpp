@@ -23,11 +23,12 @@ void ServerManager::play(const QString& token, const QString& settingsProfile, c
         emit failedUpdate(this, DiskWriteError, tr("Not ready to play"));
         return;
     }
-    if (!m_index) {
+    const auto index = getIndex();
+    if (!index) {
         qDebug().noquote() << "play called before index was parsed - can't verify binaries for "
                            << m_displayName;
     } else {
-        const int code = Copier(m_index, m_name).copyFiles();
+        const int code = Copier(index, m_name).copyFiles();
         if (code == ClientsRunningError) {
             notifyError(code, tr("Cannot copy files for %1 while clients are running").arg(m_displayName));
             return;

@@ -1,6 +1,7 @@
 #include "servers/winemanager.h"
 
 #include "cache/safepath.h"
+#include "cache/wholefile.h"
 #include "download/downloader.h"
 #include "download/downloadfromindextask.h"
 #include "index/indexparser.h"
@@ -31,6 +32,8 @@ WineManager::WineManager(QObject* parent, std::chrono::milliseconds regEditTimeo
     : QObject(parent), m_regEditTimeout(regEditTimeout),
       m_lastDownloaded(Settings::instance()->store().value(lastDownloadedKey()).toString())
 {
+    if (QFile::exists(keptIndexPath()))
+        m_index.set(getIndexFromFile(keptIndexPath()));
     connect(&m_purgeWatcher, &QFutureWatcher<void>::finished, this, &WineManager::onPurged);
 }
 
@@ -39,6 +42,11 @@ WineManager::~WineManager() { m_purgeWatcher.waitForFinished(); }
 QString WineManager::getStagingFolder() const
 {
     return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wine"));
+}
+
+QString WineManager::keptIndexPath() const
+{
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/index_wine.txt"));
 }
 
 QString WineManager::getIndexName() const { return QStringLiteral("wine_linux_%1.txt").arg(m_version); }
@@ -157,15 +165,19 @@ void WineManager::onIndexDownloadFinished(Task* task)
     }
     const auto bytes = downloader->getContents();
     qDebug("Index size: %d", bytes.size());
-    m_index = parseIndex(bytes, task->taskName());
-    if (!m_index || m_index->entries().isEmpty()) {
+    const auto index = parseIndex(bytes, task->taskName());
+    if (!index || index->entries().isEmpty()) {
         reportException("InvalidIndex", QStringLiteral("Invalid index for wine"), "winemanager",
                         "onIndexDownloadFinished", __LINE__);
         end(DownloadError);
         return;
     }
-    m_index->setName(getIndexName());
-    m_index->setBuild(m_version);
+    index->setName(getIndexName());
+    index->setBuild(m_version);
+    m_index.set(index);
+    QString error;
+    if (!writeWholeFile(keptIndexPath(), bytes, &error)) // as with servers: nothing depends on it
+        qDebug().noquote() << "The index could not be kept in" << keptIndexPath() << error;
     if (m_version == m_lastDownloaded) {
         m_ready = true;
         end(NoError);
@@ -173,7 +185,7 @@ void WineManager::onIndexDownloadFinished(Task* task)
     }
     const auto* settings = Settings::instance();
     auto* download =
-        new DownloadFromIndexTask(QStringLiteral("Downloader for wine"), m_index,
+        new DownloadFromIndexTask(QStringLiteral("Downloader for wine"), index,
                                   settings->getBaseUrlForBinaries(), settings->getCacheFolder(), this);
     connect(download, &DownloadFromIndexTask::progressUpdate, this, &WineManager::onProgressUpdate);
     connect(download, &Task::finished, this, &WineManager::onDownloadFinished);
@@ -208,7 +220,7 @@ void WineManager::copyWineFiles()
 
 void WineManager::onPurged()
 {
-    auto* copier = new Copier(m_index, queueName(), this);
+    auto* copier = new Copier(m_index.get(), queueName(), this);
     copier->setProperty("name", QStringLiteral("Copier for wine"));
     connect(copier, &Copier::progressUpdate, this, &WineManager::onProgressUpdate);
     connect(copier, &Task::finished, this, &WineManager::onCopyFinished);

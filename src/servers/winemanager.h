@@ -3,6 +3,7 @@
 #include "index/index.h"
 #include "tasks/task.h"
 
+#include <QFileInfo>
 #include <QFutureWatcher>
 #include <QObject>
 #include <QProcessEnvironment>
@@ -35,6 +36,10 @@ public:
     /** Of the version that the last refresh has chosen; empty before. */
     QString getVersion() const { return m_version; }
     QString getIndexName() const;
+    /** Of the newest version that is known, also to an earlier run; null before the first. Any thread. */
+    IndexPtr getIndex() const { return m_index.get(); }
+    /** Any thread. */
+    bool isInstalled() const { return QFileInfo::exists(getStagingFolder()); }
     /** The runtime or the prefix is being replaced; no client may be started. */
     bool isInstalling() const { return m_step == Step::Installing; }
 
@@ -96,6 +101,7 @@ private:
     void end(const Task* task);
     void end(int errorCode);
 
+    QString keptIndexPath() const;
     void chooseVersion(const QString& version);
     bool areClientsRunning() const;
     void onProgressUpdate(float fraction, const QString& text);
@@ -112,6 +118,6 @@ private:
     QString m_errorText;
     QString m_lastDownloaded;
     QString m_installedVersion;
-    IndexPtr m_index;
+    PublishedIndex m_index;
     QFutureWatcher<void> m_purgeWatcher;
 };

@@ -167,6 +167,8 @@ public:
     /** The main server and the enabled test servers, in catalogue order. */
     QStringList getServerList() const;
     QStringList getEnabledTestServers() const;
+    /** Those that the settings enable, also in a run that skips test servers. */
+    QStringList getStoredTestServers() const { return m_enabledTestServers; }
     void setEnabledTestServers(const QStringList& keys);
     /** The manager registered under the key, or null. Not owned. */
     ServerManager* getServer(const QString& key) const { return m_servers.value(key, nullptr); }

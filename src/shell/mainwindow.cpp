@@ -98,6 +98,7 @@ void MainWindow::setupMenu()
     m_menu = new QMenu(this);
     m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
     m_menu->addAction(tr("Se&ttings..."), this, &MainWindow::showSettings);
+    m_menu->addAction(tr("Shared &Cache..."), this, &MainWindow::showVerifyDialog);
     m_menu->addAction(tr("Start LogLens"), this, &MainWindow::startLogLens);
     auto* folders = m_menu->addMenu(tr("Show in File Browser"));
     folders->addAction(tr("Launcher logs"), this, &MainWindow::onShowLauncherLogsFolder);

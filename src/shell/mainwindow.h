@@ -16,6 +16,7 @@ class ServerManager;
 class SimpleGui;
 class Task;
 class TitleBar;
+class VerifierGui;
 
 /**
  * The launcher's one top-level window and the driver of its periodic work: shows the server list, owns menu
@@ -66,6 +67,7 @@ private slots:
     void onProcessStarted(ServerManager* server, AttachedProcess* process);
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
     void showErrorMessage(const QString& title, const QString& text);
+    void showVerifyDialog();
     void showAboutDialog();
     void showSettings();
     void startLogLens();
@@ -85,6 +87,10 @@ private:
 
     bool checkSharedCacheIsWritable();
     void waitForBackgroundTasks();
+    /** Verifies at once; returns when that has ended. */
+    void verifyAutomatically();
+    void runVerify();
+    void runVerifierDialog(VerifierGui* dialog);
     void reportFailure(ServerManager* server, int code);
     void scheduleRefresh(int milliseconds);
     bool allServersReady() const;
@@ -104,6 +110,11 @@ private:
     QMap<QString, QString> m_connectionErrors; // by host
     QString m_officialVersion;
     bool m_refreshInProgress = false;
+    /** While the cache is verified or moved, no refresh starts; one that is wanted comes afterwards. */
+    bool m_cacheInUse = false;
+    bool m_refreshWanted = false;
+    bool m_lookedAtLastVerify = false;
+    bool m_verifiedByRequest = false;
     bool m_closingDown = false;
     bool m_hiddenToTray = false;
     /** What remains of the cycle: the servers that have not had their turn. */

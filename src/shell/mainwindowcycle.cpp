@@ -38,6 +38,11 @@ void MainWindow::refresh()
         qDebug() << "Refresh skipped as main window is closing down";
         return;
     }
+    if (m_cacheInUse) {
+        qDebug() << "Refresh put off until the cache has been looked after";
+        m_refreshWanted = true;
+        return;
+    }
     if (m_refreshInProgress) {
         qDebug() << "Refresh already in progress";
         return;
@@ -272,6 +277,13 @@ void MainWindow::onRefreshServersDone()
     else if (!m_lastFailure.isEmpty())
         setMessage(tr("%1 (at %2)").arg(m_lastFailure, timeNow()));
 
+    if (Settings::instance()->shouldVerifyAndPurgeAfterRefresh() && !m_verifiedByRequest) {
+        m_verifiedByRequest = true;
+        qDebug() << "Waiting for background tasks";
+        waitForBackgroundTasks();
+        qDebug() << "Verifying and purging after refresh";
+        verifyAutomatically();
+    }
     if (Settings::instance()->shouldExitAfterRefresh()) {
         qDebug() << "Waiting for background tasks";
         waitForBackgroundTasks();
@@ -280,7 +292,8 @@ void MainWindow::onRefreshServersDone()
         QCoreApplication::exit(0);
         return;
     }
-    const int minutes = allReady ? minutesWhenReady : minutesWhenNotReady;
+    runVerify();
+    const int minutes = allServersReady() ? minutesWhenReady : minutesWhenNotReady;
     qDebug().noquote() << QStringLiteral("Scheduling refresh after %1 minutes").arg(minutes);
     scheduleRefresh(minutes * 60 * 1000);
 }

@@ -137,7 +137,7 @@ QWidget* SettingsDialog::createTestServers()
     auto* widget = new QWidget(this);
     auto* layout = new QVBoxLayout(widget);
     layout->setContentsMargins(0, 0, 0, 0);
-    const auto enabled = m_settings->getEnabledTestServers();
+    const auto enabled = m_settings->getStoredTestServers();
     for (const auto& key : m_settings->getFullServerList()) {
         if (key == m_settings->getMainServerName())
             continue;

@@ -93,6 +93,7 @@ private slots:
         m_cache = std::make_unique<QTemporaryDir>();
         settings()->setCacheFolder(m_cache->path());
         settings()->store().remove("LauncherLastDownloaded");
+        settings()->store().setValue("LauncherLastVerifyTime", QDateTime::currentDateTime());
         setCommandLine(true);
         settings()->setUseCustomWine(true);
         settings()->registerWineManager(m_wine.get());
@@ -121,8 +122,8 @@ private slots:
             if (!action->isSeparator())
                 items << action->text();
         }
-        QCOMPARE(items, (QStringList{"&Server list", "Se&ttings...", "Start LogLens", "Show in File Browser",
-                                     "&Refresh", "About...", "E&xit"}));
+        QCOMPARE(items, (QStringList{"&Server list", "Se&ttings...", "Shared &Cache...", "Start LogLens",
+                                     "Show in File Browser", "&Refresh", "About...", "E&xit"}));
     }
 
     void refreshesAllServersAndComesAgain()

@@ -2,6 +2,7 @@
 
 #include "tools/backend/localbackend.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QRegularExpression>
@@ -19,6 +20,7 @@ LauncherProcess::LauncherProcess(const LocalBackend& backend)
     m_environment.insert(QStringLiteral("VELKOR_DEPLOYMENT_FILE"), backend.deploymentFile());
     shareCache(m_cache);
     set(QStringLiteral("UseCustomWine"), true); // most tests publish no Wine
+    set(QStringLiteral("LauncherLastVerifyTime"), QDateTime::currentDateTime());
 }
 
 /** What a failed test needs to see of a log: the lines that warn, without the reports that repeat the others.

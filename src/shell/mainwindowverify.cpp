@@ -1,0 +1,66 @@
+// The part of MainWindow that has the cache verified.
+
+#include "maintenance/verifiergui.h"
+#include "servers/servermanager.h"
+#include "settings/settings.h"
+#include "shell/mainwindow.h"
+#include "tasks/scheduler.h"
+
+#include <QDateTime>
+#include <QDebug>
+
+#include <cstdio>
+
+namespace
+{
+constexpr int verifyAfterDays = 14;
+
+QString lastVerifyKey() { return QStringLiteral("LauncherLastVerifyTime"); }
+} // namespace
+
+void MainWindow::showVerifyDialog()
+{
+    if (m_cacheInUse)
+        return;
+    VerifierGui dialog(VerifierGui::Behaviour::Manual, this);
+    dialog.setMoveGuard([this] {
+        const bool isBusy = m_refreshInProgress || Scheduler::instance()->hasBackgroundTask();
+        return isBusy ? tr("An update is running: please wait until it has ended") : QString();
+    });
+    runVerifierDialog(&dialog);
+}
+
+void MainWindow::runVerifierDialog(VerifierGui* dialog)
+{
+    m_cacheInUse = true;
+    dialog->exec();
+    m_cacheInUse = false;
+    if (std::exchange(m_refreshWanted, false))
+        QTimer::singleShot(0, this, &MainWindow::refresh);
+}
+
+void MainWindow::verifyAutomatically()
+{
+    VerifierGui dialog(VerifierGui::Behaviour::Automatic, this);
+    runVerifierDialog(&dialog);
+    if (Settings::instance()->shouldVerifyAndPurgeAfterRefresh())
+        std::puts(qPrintable(dialog.report().summary())); // for whoever runs it unattended
+    std::fflush(stdout);
+}
+
+void MainWindow::runVerify()
+{
+    if (isProcessRunning()) {
+        qDebug() << "Verify skipped with process(es) running";
+        return;
+    }
+    if (std::exchange(m_lookedAtLastVerify, true))
+        return;
+    const auto last = Settings::instance()->store().value(lastVerifyKey()).toDateTime();
+    qDebug().noquote() << "Last verify time:" << last.toString(Qt::ISODate);
+    const bool isDue = !last.isValid() || last.daysTo(QDateTime::currentDateTime()) > verifyAfterDays;
+    if (!isDue || Scheduler::instance()->hasBackgroundTask())
+        return;
+    qDebug() << "Automatically verifying and purging after refresh";
+    verifyAutomatically();
+}
