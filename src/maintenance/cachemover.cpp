@@ -16,7 +16,7 @@
 
 namespace
 {
-constexpr int progressIntervalMs = 125;
+constexpr int moveProgressIntervalMs = 125;
 constexpr qint64 spareBytes = 64 << 20;
 
 QString fromKey() { return QStringLiteral("SharedCacheMove/from"); }
@@ -66,7 +66,7 @@ QString renameEntries(const QString& from, const QString& to)
     }
     const std::atomic<bool> never{false};
     std::atomic<qint64> done{0};
-    const auto error = TreeCopy(from, to, never, &done).adaptLinks(listCache(to, never));
+    auto error = TreeCopy(from, to, never, &done).adaptLinks(listCache(to, never));
     QDir().rmdir(from);
     return error;
 }
@@ -74,7 +74,7 @@ QString renameEntries(const QString& from, const QString& to)
 
 CacheMover::CacheMover(Settings* settings, QObject* parent) : QObject(parent), m_settings(settings)
 {
-    m_progressTimer.setInterval(progressIntervalMs);
+    m_progressTimer.setInterval(moveProgressIntervalMs);
     connect(&m_progressTimer, &QTimer::timeout, this, &CacheMover::reportProgress);
     connect(&m_watcher, &QFutureWatcher<Result>::finished, this, &CacheMover::onMoved);
     connect(&m_removal, &QFutureWatcher<void>::finished, this, [this] {

@@ -14,7 +14,7 @@
 namespace
 {
 constexpr int bufferBytes = 1 << 20;
-constexpr int batchFiles = 64;
+constexpr int comparedFiles = 64;
 
 QString problem(const QString& path)
 {
@@ -74,7 +74,7 @@ QString TreeCopy::copy(const QVector<CacheItem>& items)
     }
     const int folder = ::open(QFile::encodeName(m_to).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
     const bool written = folder >= 0 && ::syncfs(folder) == 0;
-    const auto error = written ? QString() : problem(m_to);
+    auto error = written ? QString() : problem(m_to);
     if (folder >= 0)
         ::close(folder);
     return error;
@@ -141,9 +141,9 @@ QString TreeCopy::compare(const QVector<CacheItem>& items)
             continue;
         paths << QLatin1Char('/') + item.path;
         *m_done += item.size;
-        if (paths.size() < batchFiles)
+        if (paths.size() < comparedFiles)
             continue;
-        const auto error = flush();
+        auto error = flush();
         if (!error.isEmpty() || m_stop)
             return error;
     }

@@ -16,7 +16,7 @@
 
 namespace
 {
-constexpr qint64 daySecs = 24 * 60 * 60;
+constexpr qint64 daySecs = 24LL * 60 * 60;
 constexpr int batchFiles = 256;
 constexpr qint64 batchBytes = 64 << 20;
 constexpr int politeNiceness = 10;

@@ -119,8 +119,13 @@ void VerifierGui::startVerification(Verifier::Mode mode)
     onProgress(0, tr("Reading the indexes"));
     auto* settings = Settings::instance();
     auto servers = settings->getServerList();
-    servers += settings->getStoredTestServers(); // wanted as well in a run that skips them
-    servers.removeDuplicates();
+    // In a run that skips test servers, what they have downloaded is wanted all the same.
+    const auto stored = settings->getStoredTestServers();
+    for (const auto& key : stored) {
+        const auto* server = settings->getServer(key);
+        if (!servers.contains(key) && server && server->getIndex())
+            servers << key;
+    }
     m_verifier->start(
         settings->getCacheFolder(), [servers] { return gatherKnownFiles(servers); }, mode);
 }

@@ -45,7 +45,10 @@ ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObj
     m_index.set(loadIndex(cachedIndexPath()));
     m_installedIndex.set(QFile::exists(installedIndexPath()) ? loadIndex(installedIndexPath()) : getIndex());
     m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
-    m_stagingFolderBuild = getStagingFolderBuild();
+    // An empty record says that files have been lost since: what is installed does not count then.
+    const bool wasReset =
+        m_lastDownloaded.isEmpty() && Settings::instance()->store().contains(lastDownloadedKey(m_name));
+    m_stagingFolderBuild = wasReset ? QString() : getStagingFolderBuild();
 }
 
 ServerManager::~ServerManager()

@@ -74,7 +74,6 @@ void LauncherProcess::start(const QStringList& arguments)
         QFile::remove(path);
     auto command = m_wrapper + QStringList{QStringLiteral(VELKOR_BIN "/velkorlauncher")} + arguments;
     m_process.setProcessEnvironment(m_environment);
-    m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
     m_process.start(command.takeFirst(), command);
     QVERIFY(m_process.waitForStarted());
 }
@@ -84,6 +83,7 @@ int LauncherProcess::refreshOnce(const QStringList& moreArguments)
     start(QStringList{QStringLiteral("-d"), QStringLiteral("-k"), QStringLiteral("-e")} + moreArguments);
     const bool ended = m_process.waitForFinished(60000);
     m_standardError = QString::fromLocal8Bit(m_process.readAllStandardError());
+    m_standardOutput = QString::fromLocal8Bit(m_process.readAllStandardOutput());
     if (!m_standardError.isEmpty())
         qWarning().noquote() << m_standardError;
     return ended && m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;

@@ -48,7 +48,9 @@ public:
     QString log() const;
     /** Whether the log has this text by now, waiting for it for a while. */
     bool waitForLog(const QString& text, int milliseconds = 20000) const;
+    /** What the last refreshOnce() has printed. */
     QString standardError() const { return m_standardError; }
+    QString standardOutput() const { return m_standardOutput; }
 
 private:
     QStringList logFiles() const;
@@ -59,4 +61,5 @@ private:
     QProcessEnvironment m_environment;
     QStringList m_wrapper;
     QString m_standardError;
+    QString m_standardOutput;
 };
