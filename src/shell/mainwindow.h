@@ -68,6 +68,7 @@ private slots:
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
     void showErrorMessage(const QString& title, const QString& text);
     void showVerifyDialog();
+    void showDiagnoseNetworkDialog();
     void showAboutDialog();
     void showSettings();
     void startLogLens();
@@ -90,6 +91,7 @@ private:
     /** Verifies at once; returns when that has ended. */
     void verifyAutomatically();
     void runVerify();
+    void diagnoseDisk();
     void runVerifierDialog(VerifierGui* dialog);
     void reportFailure(ServerManager* server, int code);
     void scheduleRefresh(int milliseconds);

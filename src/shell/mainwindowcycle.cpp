@@ -184,6 +184,8 @@ void MainWindow::onWineEndUpdate(int code)
         Settings::instance()->getWineManager()->resetLastDownloaded();
     else
         reportUpdateFailure(QStringLiteral("Wine"), code);
+    if (code == DiskWriteError)
+        diagnoseDisk();
     rescheduleRefresh(code == SourceDoesNotExistError ? soonDelaySeconds : retryDelaySeconds);
 }
 
@@ -263,6 +265,8 @@ void MainWindow::reportFailure(ServerManager* server, int code)
     default:
         reportUpdateFailure(name, code);
     }
+    if (code == DiskWriteError)
+        diagnoseDisk();
 }
 
 void MainWindow::onRefreshServersDone()

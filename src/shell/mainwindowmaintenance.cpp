@@ -1,5 +1,6 @@
-// The part of MainWindow that has the cache verified.
+// The part of MainWindow that opens the maintenance tools, and has the cache verified.
 
+#include "maintenance/diagnosticsdialog.h"
 #include "maintenance/verifiergui.h"
 #include "servers/servermanager.h"
 #include "settings/settings.h"
@@ -8,6 +9,7 @@
 
 #include <QDateTime>
 #include <QDebug>
+#include <QtConcurrent>
 
 #include <cstdio>
 
@@ -63,4 +65,24 @@ void MainWindow::runVerify()
         return;
     qDebug() << "Automatically verifying and purging after refresh";
     verifyAutomatically();
+}
+
+void MainWindow::showDiagnoseNetworkDialog()
+{
+    auto* dialog = new DiagnosticsDialog(Diagnostics::usualPlan(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+// Tells the player why a file could not be stored; the cycle goes on meanwhile.
+void MainWindow::diagnoseDisk()
+{
+    auto* watcher = new QFutureWatcher<DiskDiagnosis>(this);
+    connect(watcher, &QFutureWatcher<DiskDiagnosis>::finished, this, [this, watcher] {
+        const auto text = watcher->result().describe().replace(QLatin1Char('\n'), QStringLiteral(". "));
+        qWarning().noquote() << "Disk-write diagnosis:" << text;
+        setMessage(QStringLiteral("%1. %2").arg(m_lastFailure, text));
+        watcher->deleteLater();
+    });
+    watcher->setFuture(QtConcurrent::run(diagnoseDiskWrite, Settings::instance()->getCacheFolder()));
 }
