@@ -99,6 +99,7 @@ void MainWindow::setupMenu()
     m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
     m_menu->addAction(tr("Se&ttings..."), this, &MainWindow::showSettings);
     m_menu->addAction(tr("Shared &Cache..."), this, &MainWindow::showVerifyDialog);
+    m_menu->addAction(tr("C&lient Settings..."), this, &MainWindow::showMigrateSettingsDialog);
     m_menu->addAction(tr("Start LogLens"), this, &MainWindow::startLogLens);
     m_menu->addAction(tr("&Network diagnostics..."), this, &MainWindow::showDiagnoseNetworkDialog);
     auto* folders = m_menu->addMenu(tr("Show in File Browser"));

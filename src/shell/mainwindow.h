@@ -68,6 +68,7 @@ private slots:
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
     void showErrorMessage(const QString& title, const QString& text);
     void showVerifyDialog();
+    void showMigrateSettingsDialog();
     void showDiagnoseNetworkDialog();
     void showAboutDialog();
     void showSettings();
@@ -92,6 +93,7 @@ private:
     void verifyAutomatically();
     void runVerify();
     void diagnoseDisk();
+    void offerSettingsMigration();
     void runVerifierDialog(VerifierGui* dialog);
     void reportFailure(ServerManager* server, int code);
     void scheduleRefresh(int milliseconds);

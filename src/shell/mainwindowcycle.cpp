@@ -132,6 +132,7 @@ void MainWindow::onVersionInfoDownloadFinished(Task* task)
 
 void MainWindow::onVersionCheckFinished()
 {
+    offerSettingsMigration();
     if (!checkSharedCacheIsWritable()) {
         rescheduleRefresh(retryDelaySeconds);
         return;

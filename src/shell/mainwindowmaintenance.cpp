@@ -1,14 +1,17 @@
 // The part of MainWindow that opens the maintenance tools, and has the cache verified.
 
 #include "maintenance/diagnosticsdialog.h"
+#include "maintenance/migratesettingsgui.h"
 #include "maintenance/verifiergui.h"
 #include "servers/servermanager.h"
 #include "settings/settings.h"
 #include "shell/mainwindow.h"
 #include "tasks/scheduler.h"
 
+#include <QAbstractButton>
 #include <QDateTime>
 #include <QDebug>
+#include <QMessageBox>
 #include <QtConcurrent>
 
 #include <cstdio>
@@ -16,6 +19,8 @@
 namespace
 {
 constexpr int verifyAfterDays = 14;
+
+QString migratedKey() { return QStringLiteral("LauncherHasMigratedSettings"); }
 
 QString lastVerifyKey() { return QStringLiteral("LauncherLastVerifyTime"); }
 } // namespace
@@ -65,6 +70,35 @@ void MainWindow::runVerify()
         return;
     qDebug() << "Automatically verifying and purging after refresh";
     verifyAutomatically();
+}
+
+void MainWindow::showMigrateSettingsDialog()
+{
+    auto* dialog = new MigrateSettingsGui(this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+// Once, as soon as there is something to copy and somebody to ask; the cycle goes on behind the box.
+void MainWindow::offerSettingsMigration()
+{
+    auto* settings = Settings::instance();
+    const auto servers = settings->getServerList();
+    const bool hasProfiles = std::any_of(servers.cbegin(), servers.cend(), [](const QString& server) {
+        return getSettingsProfiles(server).size() > 1;
+    });
+    if (settings->store().value(migratedKey()).toBool() || servers.size() < 2 || !hasProfiles ||
+        settings->shouldExitAfterRefresh())
+        return;
+    settings->store().setValue(migratedKey(), true);
+    auto* box = new QMessageBox(QMessageBox::Question, tr("Client Settings"),
+                                tr("You have settings profiles for the client. Do you want to copy them to "
+                                   "another server?"),
+                                QMessageBox::Yes | QMessageBox::No, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    connect(box->button(QMessageBox::Yes), &QAbstractButton::clicked, this,
+            &MainWindow::showMigrateSettingsDialog);
+    box->open();
 }
 
 void MainWindow::showDiagnoseNetworkDialog()

@@ -1,7 +1,10 @@
 #include "shell/serverline.h"
 
+#include "maintenance/clientsettingsprofiles.h"
 #include "servers/servermanager.h"
+#include "settings/settings.h"
 
+#include <QComboBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QProgressBar>
@@ -9,7 +12,7 @@
 
 ServerLine::ServerLine(ServerManager* server, QWidget* parent)
     : QFrame(parent), m_server(server), m_build(new QLabel(server->getBuild(), this)),
-      m_status(new QLabel(this)), m_progress(new QProgressBar(this)),
+      m_status(new QLabel(this)), m_progress(new QProgressBar(this)), m_profiles(new QComboBox(this)),
       m_play(new QPushButton(tr("Play on %1").arg(server->getDisplayName()), this))
 {
     auto* name = new QLabel(server->getDisplayName(), this);
@@ -23,6 +26,10 @@ ServerLine::ServerLine(ServerManager* server, QWidget* parent)
     m_progress->setRange(0, 100);
     m_progress->setFixedWidth(200);
     m_progress->setAccessibleName(tr("Progress of %1").arg(server->getDisplayName()));
+    m_profiles->setFixedWidth(160);
+    m_profiles->setToolTip(tr("The client's settings profile"));
+    m_profiles->setAccessibleName(tr("Settings profile of %1").arg(server->getDisplayName()));
+    refreshClientSettingsProfiles();
     m_play->setObjectName(QStringLiteral("play"));
     m_play->setMinimumWidth(160);
 
@@ -33,6 +40,7 @@ ServerLine::ServerLine(ServerManager* server, QWidget* parent)
     layout->addWidget(m_build);
     layout->addWidget(m_status);
     layout->addWidget(m_progress);
+    layout->addWidget(m_profiles);
     layout->addStretch();
     layout->addWidget(m_play);
 
@@ -46,6 +54,8 @@ ServerLine::ServerLine(ServerManager* server, QWidget* parent)
     connect(server, &ServerManager::versionUpdate, this, &ServerLine::onVersionUpdate);
     connect(server, &ServerManager::ready, this, &ServerLine::updatePlayButton);
     connect(server, &ServerManager::failedUpdate, this, &ServerLine::updatePlayButton);
+    connect(Settings::instance(), &Settings::clientSettingsProfilesChanged, this,
+            &ServerLine::onClientSettingsProfilesChanged);
     connect(m_play, &QPushButton::clicked, this, &ServerLine::onPlay);
 }
 
@@ -83,4 +93,18 @@ void ServerLine::onVersionUpdate(ServerManager* /*server*/, const QString& build
     updatePlayButton();
 }
 
-void ServerLine::onPlay() { m_server->play(QString(), QString(), QString()); }
+void ServerLine::refreshClientSettingsProfiles()
+{
+    const auto chosen = m_profiles->currentText();
+    m_profiles->clear();
+    m_profiles->addItems(getSettingsProfiles(m_server->getName()));
+    m_profiles->setCurrentIndex(qMax(0, m_profiles->findText(chosen)));
+}
+
+void ServerLine::onClientSettingsProfilesChanged(const QString& server)
+{
+    if (server == m_server->getName())
+        refreshClientSettingsProfiles();
+}
+
+void ServerLine::onPlay() { m_server->play(QString(), m_profiles->currentText(), QString()); }

@@ -2,13 +2,14 @@
 
 #include <QFrame>
 
+class QComboBox;
 class QLabel;
 class QProgressBar;
 class QPushButton;
 class ServerManager;
 
-/** One row of the server list: a server's name, build, state and progress, and the button that starts its
- * client. */
+/** One row of the server list: a server's name, build, state and progress, the profile its client uses, and
+ * the button that starts the client. */
 class ServerLine : public QFrame
 {
     Q_OBJECT
@@ -25,6 +26,8 @@ private slots:
     void onTransferUpdate(ServerManager* server, const QString& text);
     void onVersionUpdate(ServerManager* server, const QString& build);
     void onPlay();
+    void refreshClientSettingsProfiles();
+    void onClientSettingsProfilesChanged(const QString& server);
 
 private:
     void setStatus(const QString& text);
@@ -34,5 +37,6 @@ private:
     QLabel* const m_build;
     QLabel* const m_status;
     QProgressBar* const m_progress;
+    QComboBox* const m_profiles;
     QPushButton* const m_play;
 };

@@ -97,8 +97,8 @@ private slots:
         clickPlay();
         QVERIFY(m_launcher->waitForLog("finished with exit code 3", 60000));
         QCOMPARE(QString::fromUtf8(readSample(reportFile)).split('\n', Qt::SkipEmptyParts),
-                 (QStringList{"/noconsole", "/server:kestrel", "/gfxPlatform=dx9", "/report=Z:" + reportFile,
-                              "/print=hello", "/exit=3",
+                 (QStringList{"/noconsole", "/server:kestrel", "/gfxPlatform=dx9", "/settingsprofile=Default",
+                              "/report=Z:" + reportFile, "/print=hello", "/exit=3",
                               "/remotefilecachefolder=Z:" + m_prefix.filePath("cache/ResFiles")}));
         QVERIFY(m_launcher->log().contains("\thello\n")); // what the client prints goes to the log
         QVERIFY(!m_launcher->log().contains("crashed"));

@@ -122,7 +122,8 @@ private slots:
             if (!action->isSeparator())
                 items << action->text();
         }
-        QCOMPARE(items, (QStringList{"&Server list", "Se&ttings...", "Shared &Cache...", "Start LogLens",
+        QCOMPARE(items, (QStringList{"&Server list", "Se&ttings...", "Shared &Cache...",
+                                     "C&lient Settings...", "Start LogLens", "&Network diagnostics...",
                                      "Show in File Browser", "&Refresh", "About...", "E&xit"}));
     }
 
