@@ -37,3 +37,4 @@ QVector<ContestResult> benchDownload();
 QVector<ContestResult> benchStaging();
 QVector<ContestResult> benchStart();
 QVector<ContestResult> benchTransfer();
+QVector<ContestResult> benchVerify();

@@ -29,9 +29,10 @@ int main(int argc, char** argv)
     parser.addHelpOption();
     parser.addOption(
         {QStringLiteral("write"), QStringLiteral("Write the table to a file"), QStringLiteral("file")});
-    parser.addOption({QStringLiteral("only"),
-                      QStringLiteral("Run one group: index, scan, staging, start, transfer, download"),
-                      QStringLiteral("group")});
+    parser.addOption(
+        {QStringLiteral("only"),
+         QStringLiteral("Run one group: index, scan, staging, start, transfer, verify, download"),
+         QStringLiteral("group")});
     parser.addOption({QStringLiteral("memory"),
                       QStringLiteral("Measure the memory of parsing, for another run"),
                       QStringLiteral("side:count")});
@@ -46,7 +47,8 @@ int main(int argc, char** argv)
     const QVector<QPair<QString, QVector<ContestResult> (*)()>> groups{
         {QStringLiteral("index"), benchIndex},       {QStringLiteral("scan"), benchScan},
         {QStringLiteral("staging"), benchStaging},   {QStringLiteral("start"), benchStart},
-        {QStringLiteral("transfer"), benchTransfer}, {QStringLiteral("download"), benchDownload},
+        {QStringLiteral("transfer"), benchTransfer}, {QStringLiteral("verify"), benchVerify},
+        {QStringLiteral("download"), benchDownload},
     };
     QVector<ContestResult> results;
     for (const auto& group : groups) {

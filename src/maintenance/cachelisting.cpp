@@ -2,7 +2,12 @@
 
 #include <QDir>
 #include <QFile>
+#include <QRegularExpression>
+#include <QtConcurrent>
 
+#include <dirent.h>
+#include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 
 namespace
@@ -18,39 +23,87 @@ CacheItem::Kind kindOf(mode_t mode)
     return S_ISDIR(mode) ? CacheItem::Kind::Folder : CacheItem::Kind::Other;
 }
 
+CacheItem makeItem(const QString& path, const struct stat& status)
+{
+    return {path,          kindOf(status.st_mode), status.st_size, status.st_mtim.tv_sec,
+            status.st_dev, status.st_ino};
+}
+
 bool inspect(const QString& root, const QString& path, CacheItem* item)
 {
     struct stat status;
     const auto absolute = QFile::encodeName(path.isEmpty() ? root : root + QLatin1Char('/') + path);
     if (::lstat(absolute.constData(), &status) != 0)
         return false;
-    *item = {path,          kindOf(status.st_mode), status.st_size, status.st_mtim.tv_sec,
-             status.st_dev, status.st_ino};
+    *item = makeItem(path, status);
     return true;
+}
+
+/** Appends what stands directly in a folder. */
+void listFolder(const QString& root, const QString& folder, QVector<CacheItem>* items)
+{
+    DIR* directory = ::opendir(QFile::encodeName(root + QLatin1Char('/') + folder).constData());
+    if (!directory)
+        return;
+    const auto prefix = folder.isEmpty() ? QString() : folder + QLatin1Char('/');
+    while (const auto* entry = ::readdir(directory)) {
+        struct stat status;
+        const bool isSelf = qstrcmp(entry->d_name, ".") == 0 || qstrcmp(entry->d_name, "..") == 0;
+        // What is gone meanwhile is no matter.
+        if (!isSelf && ::fstatat(::dirfd(directory), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0)
+            items->append(makeItem(prefix + QFile::decodeName(entry->d_name), status));
+    }
+    ::closedir(directory);
+}
+
+/** All below a folder, the folder itself left out. */
+QVector<CacheItem> listBelow(const QString& root, const QString& top, const std::atomic<bool>& stop)
+{
+    QVector<CacheItem> items;
+    QStringList folders{top};
+    while (!folders.isEmpty() && !stop) {
+        const int first = items.size();
+        listFolder(root, folders.takeLast(), &items);
+        for (int i = first; i < items.size(); ++i) {
+            if (items[i].kind == CacheItem::Kind::Folder)
+                folders << items[i].path;
+        }
+    }
+    return items;
+}
+
+bool isAmong(const QStringList& wildcards, const QString& name)
+{
+    return std::any_of(wildcards.cbegin(), wildcards.cend(), [&](const QString& wildcard) {
+        return QRegularExpression(QRegularExpression::wildcardToRegularExpression(wildcard))
+            .match(name)
+            .hasMatch();
+    });
 }
 
 /** names: wildcards for what stands at the top; empty for all. */
 QVector<CacheItem> list(const QString& root, const QStringList& names, const std::atomic<bool>& stop)
 {
+    CacheItem self;
     QVector<CacheItem> items;
-    CacheItem item;
-    if (!inspect(root, {}, &item) || item.kind != CacheItem::Kind::Folder)
+    if (!inspect(root, {}, &self) || self.kind != CacheItem::Kind::Folder)
         return items;
-    QStringList folders{QString()};
-    while (!folders.isEmpty() && !stop) {
-        const auto folder = folders.takeLast();
-        const auto filter = folder.isEmpty() ? names : QStringList();
-        const auto found = QDir(root + QLatin1Char('/') + folder)
-                               .entryList(filter, everything | QDir::CaseSensitive, QDir::NoSort);
-        for (const auto& name : found) {
-            const auto path = folder.isEmpty() ? name : folder + QLatin1Char('/') + name;
-            if (!inspect(root, path, &item)) // gone meanwhile
-                continue;
-            items.append(item);
-            if (item.kind == CacheItem::Kind::Folder)
-                folders << path;
-        }
+    QVector<CacheItem> top;
+    listFolder(root, {}, &top);
+    QStringList folders;
+    for (const auto& item : qAsConst(top)) {
+        if (!names.isEmpty() && !isAmong(names, item.path))
+            continue;
+        items.append(item);
+        if (item.kind == CacheItem::Kind::Folder)
+            folders << item.path;
     }
+    const std::function<QVector<CacheItem>(const QString&)> below = [&](const QString& folder) {
+        return listBelow(root, folder, stop);
+    };
+    const auto parts = QtConcurrent::blockingMapped<QVector<QVector<CacheItem>>>(folders, below);
+    for (const auto& part : parts)
+        items += part;
     return items;
 }
 } // namespace

@@ -13,7 +13,7 @@ namespace
 {
 constexpr int testBytes = 65536;
 
-QString translate(const char* text) { return QCoreApplication::translate("DiskDiagnosis", text); }
+QString diskText(const char* text) { return QCoreApplication::translate("DiskDiagnosis", text); }
 
 /** The nearest folder above that exists. */
 QString existingPart(QString folder)
@@ -26,13 +26,13 @@ QString existingPart(QString folder)
 QString tryToWrite(const QString& folder)
 {
     if (!QDir().mkpath(folder))
-        return translate("The folder cannot be made");
+        return diskText("The folder cannot be made");
     QTemporaryFile file(folder + QStringLiteral("/write-test-XXXXXX"));
     const QByteArray content(testBytes, 'v');
     if (!file.open() || file.write(content) != content.size() || !file.flush())
         return file.errorString();
     if (!file.seek(0) || file.readAll() != content)
-        return translate("What is read is not what was written");
+        return diskText("What is read is not what was written");
     return file.remove() ? QString() : file.errorString();
 }
 } // namespace
@@ -53,11 +53,11 @@ DiskDiagnosis diagnoseDiskWrite(const QString& folder)
 QString DiskDiagnosis::describe() const
 {
     QStringList lines;
-    lines << (canWrite ? translate("Writing to the cache works")
-                       : translate("Writing to the cache fails: %1").arg(error));
+    lines << (canWrite ? diskText("Writing to the cache works")
+                       : diskText("Writing to the cache fails: %1").arg(error));
     if (isReadOnly)
-        lines << translate("The disk can only be read");
+        lines << diskText("The disk can only be read");
     if (freeBytes >= 0)
-        lines << translate("%1 are free (%2)").arg(formatMemory(freeBytes), fileSystem);
+        lines << diskText("%1 are free (%2)").arg(formatMemory(freeBytes), fileSystem);
     return lines.join(QLatin1Char('\n'));
 }

@@ -13,25 +13,25 @@ namespace
 {
 constexpr int defaultPort = 443;
 
-QString translate(const char* text) { return QCoreApplication::translate("HostProbe", text); }
+QString hostText(const char* text) { return QCoreApplication::translate("HostProbe", text); }
 
 QString verdictText(HostFinding::Verdict verdict)
 {
     switch (verdict) {
     case HostFinding::Verdict::Good:
-        return translate("good");
+        return hostText("good");
     case HostFinding::Verdict::Slow:
-        return translate("reachable, but slow");
+        return hostText("reachable, but slow");
     case HostFinding::Verdict::NoAddress:
-        return translate("the name has no address");
+        return hostText("the name has no address");
     case HostFinding::Verdict::NotReachable:
-        return translate("cannot be connected to");
+        return hostText("cannot be connected to");
     case HostFinding::Verdict::NoAnswer:
-        return translate("does not answer");
+        return hostText("does not answer");
     case HostFinding::Verdict::BadCertificate:
-        return translate("cannot prove who it is");
+        return hostText("cannot prove who it is");
     case HostFinding::Verdict::NoSecureConnection:
-        return translate("no secure connection can be made");
+        return hostText("no secure connection can be made");
     }
     return {};
 }
@@ -53,15 +53,15 @@ QString HostFinding::describe() const
 {
     QStringList lines{QStringLiteral("%1: %2").arg(host, verdictText(verdict))};
     if (!error.isEmpty())
-        lines << translate("  Error: %1").arg(error);
+        lines << hostText("  Error: %1").arg(error);
     if (!addresses.isEmpty())
-        lines << translate("  Addresses: %1 (%2 ms)").arg(addresses.join(QStringLiteral(", "))).arg(lookupMs);
+        lines << hostText("  Addresses: %1 (%2 ms)").arg(addresses.join(QStringLiteral(", "))).arg(lookupMs);
     if (connectMs >= 0)
-        lines << translate("  Connected in %1 ms").arg(connectMs);
+        lines << hostText("  Connected in %1 ms").arg(connectMs);
     if (handshakeMs >= 0)
-        lines << translate("  Secured in %1 ms with %2, %3").arg(handshakeMs).arg(protocol, cipher);
+        lines << hostText("  Secured in %1 ms with %2, %3").arg(handshakeMs).arg(protocol, cipher);
     for (const auto& certificate : chain)
-        lines << translate("  Certificate: %1, by %2, valid from %3 to %4")
+        lines << hostText("  Certificate: %1, by %2, valid from %3 to %4")
                      .arg(certificate.subjectDisplayName(), certificate.issuerDisplayName(),
                           certificate.effectiveDate().toString(Qt::ISODate),
                           certificate.expiryDate().toString(Qt::ISODate));

@@ -31,6 +31,7 @@ MigrateSettingsGui::MigrateSettingsGui(QWidget* parent) : QDialog(parent)
     m_rename = new QPushButton(tr("&Rename..."), this);
     m_delete = new QPushButton(tr("&Delete..."), this);
     auto* operations = new QHBoxLayout;
+    operations->setSpacing(8);
     for (auto* button : {m_create, m_rename, m_delete}) {
         button->setAutoDefault(false);
         operations->addWidget(button);
@@ -78,6 +79,7 @@ MigrateSettingsGui::Side MigrateSettingsGui::createSide(const QString& label, QG
     layout->addWidget(side.server, 1, column);
     layout->addWidget(side.profiles, 2, column);
     layout->setColumnStretch(column, 1);
+    layout->setColumnMinimumWidth(column, 280);
     connect(side.server, QOverload<int>::of(&QComboBox::currentIndexChanged), this,
             [this, side] { fill(side); });
     connect(side.profiles, &QListWidget::currentRowChanged, this, &MigrateSettingsGui::updateButtons);

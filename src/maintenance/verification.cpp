@@ -30,7 +30,7 @@ void lowerPriority()
     ::setpriority(PRIO_PROCESS, static_cast<id_t>(::syscall(SYS_gettid)), politeNiceness);
 }
 
-QString translate(const char* text) { return QCoreApplication::translate("Verifier", text); }
+QString verifierText(const char* text) { return QCoreApplication::translate("Verifier", text); }
 } // namespace
 
 Verification::Verification(const QString& cacheFolder, const VerificationCounters& counters,
@@ -53,9 +53,9 @@ VerifyReport Verification::run(const Verifier::KnownFiles& known, bool purgeExtr
     if (!purgeExtra || *m_counters.stop || m_extraItems.isEmpty())
         return m_report;
     if (combined.failureCount > 0)
-        m_report.purgeRefusal = translate("not every index could be obtained");
+        m_report.purgeRefusal = verifierText("not every index could be obtained");
     else if (UpdateMarker::isHeld(m_cacheFolder))
-        m_report.purgeRefusal = translate("an update is running");
+        m_report.purgeRefusal = verifierText("an update is running");
     else
         purge();
     return m_report;
@@ -73,7 +73,7 @@ void Verification::gather(const Index& index)
 
 void Verification::addDamaged(const CacheItem& item, const char* problem)
 {
-    m_report.damaged.append({item.path, translate(problem), false});
+    m_report.damaged.append({item.path, verifierText(problem), false});
     m_damagedItems.append(item);
 }
 
