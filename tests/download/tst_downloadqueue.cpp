@@ -177,11 +177,11 @@ private slots:
     void isPatientWithRequestsThatWait()
     {
         for (int i = 0; i < 12; ++i) {
-            const auto content = sampleBytes(1000 + i, 60000);
+            const auto content = sampleBytes(1000 + i, 300000);
             m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(200000));
             add(content);
         }
-        m_queue->setStallTimeout(200);
+        m_queue->setStallTimeout(1000);
         QCOMPARE(run(), 0);
         QCOMPARE(int(m_service->content().requests().size()), 12);
     }
