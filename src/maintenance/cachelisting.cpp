@@ -7,8 +7,8 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <functional>
 #include <sys/stat.h>
+#include <vector>
 
 namespace
 {
@@ -90,20 +90,21 @@ QVector<CacheItem> list(const QString& root, const QStringList& names, const std
         return items;
     QVector<CacheItem> top;
     listFolder(root, {}, &top);
-    QStringList folders;
+    struct Part {
+        QString folder;
+        QVector<CacheItem> items;
+    };
+    std::vector<Part> parts; // each thread writes parts of its own only
     for (const auto& item : qAsConst(top)) {
         if (!names.isEmpty() && !isAmong(names, item.path))
             continue;
         items.append(item);
         if (item.kind == CacheItem::Kind::Folder)
-            folders << item.path;
+            parts.push_back({item.path, {}});
     }
-    const std::function<QVector<CacheItem>(const QString&)> below = [&](const QString& folder) {
-        return listBelow(root, folder, stop);
-    };
-    const auto parts = QtConcurrent::blockingMapped<QVector<QVector<CacheItem>>>(folders, below);
+    QtConcurrent::blockingMap(parts, [&](Part& part) { part.items = listBelow(root, part.folder, stop); });
     for (const auto& part : parts)
-        items += part;
+        items += part.items;
     return items;
 }
 } // namespace
