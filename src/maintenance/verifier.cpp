@@ -17,17 +17,17 @@ QString VerifyReport::summary() const
 {
     const auto translate = [](const char* text) { return QCoreApplication::translate("Verifier", text); };
     QStringList lines;
-    lines << translate("%1 files checked (%2) in %3 s")
+    lines << translate("Files checked: %1 (%2) in %3 s")
                  .arg(checkedFiles)
                  .arg(formatMemory(checkedBytes))
                  .arg(seconds, 0, 'f', 1);
-    lines << translate("%1 damaged files").arg(damaged.size());
-    lines << translate("%1 files not downloaded").arg(missingFiles);
-    lines << translate("%1 files that nothing needs (%2)").arg(extra.size()).arg(formatMemory(extraBytes));
+    lines << translate("Damaged: %1").arg(damaged.size());
+    lines << translate("Not downloaded: %1").arg(missingFiles);
+    lines << translate("Not needed by anything: %1 (%2)").arg(extra.size()).arg(formatMemory(extraBytes));
     if (purgedFiles > 0)
-        lines << translate("%1 of them removed (%2)").arg(purgedFiles).arg(formatMemory(purgedBytes));
+        lines << translate("Removed of these: %1 (%2)").arg(purgedFiles).arg(formatMemory(purgedBytes));
     if (!purgeRefusal.isEmpty())
-        lines << translate("None of them was removed: %1").arg(purgeRefusal);
+        lines << translate("None of these was removed: %1").arg(purgeRefusal);
     if (cancelled)
         lines << translate("Cancelled before the end");
     return lines.join(QLatin1Char('\n'));

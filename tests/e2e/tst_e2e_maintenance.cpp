@@ -31,7 +31,7 @@ private slots:
     {
         LauncherProcess launcher(m_service->backend());
         QCOMPARE(launcher.refreshOnce({"--verify-after-refresh"}), 0);
-        QVERIFY2(launcher.standardOutput().contains("0 damaged files"),
+        QVERIFY2(launcher.standardOutput().contains("Damaged: 0"),
                  qPrintable(launcher.standardOutput()));
         QVERIFY(launcher.log().contains("Verifying and purging after refresh"));
 
@@ -42,10 +42,10 @@ private slots:
         makeOld(extra);
         QCOMPARE(launcher.refreshOnce({"--verify-after-refresh"}), 0);
         const auto said = launcher.standardOutput();
-        QVERIFY2(said.contains("1 damaged files") && said.contains("1 files that nothing needs") &&
-                     said.contains("1 of them removed"),
+        QVERIFY2(said.contains("Damaged: 1\n") && said.contains("Not needed by anything: 1 ") &&
+                     said.contains("Removed of these: 1 "),
                  qPrintable(said));
-        QVERIFY(launcher.log().contains("Verification: 1 damaged files"));
+        QVERIFY(launcher.log().contains("Verification: Damaged: 1"));
         QVERIFY(launcher.log().contains("has the wrong content and was removed"));
         QVERIFY(!QFile::exists(damaged) && !QFile::exists(extra));
 
@@ -62,7 +62,7 @@ private slots:
         launcher.set("LauncherLastVerifyTime", QDateTime::currentDateTime().addDays(-15));
         launcher.start({"-d", "-k"});
         QVERIFY(launcher.waitForLog("Automatically verifying and purging after refresh"));
-        QVERIFY(launcher.waitForLog("Verification: 0 damaged files"));
+        QVERIFY(launcher.waitForLog("Verification: Damaged: 0"));
         QVERIFY(launcher.waitForLog("Scheduling refresh after 15 minutes"));
         QTRY_VERIFY(launcher.log().count("Starting refresh cycle") > 2);
         QCOMPARE(launcher.log().count("Automatically verifying"), 1);
@@ -81,7 +81,7 @@ private slots:
         writeSample(launcher.resFile("another"), "anotheR");
         launcher.set("LauncherLastVerifyTime", QVariant());
         launcher.start({"-d", "-k"});
-        QVERIFY(launcher.waitForLog("Verification: 1 damaged files"));
+        QVERIFY(launcher.waitForLog("Verification: Damaged: 1"));
         QTRY_COMPARE_WITH_TIMEOUT(readSample(launcher.resFile("another")), QByteArray("another"), 20000);
     }
 };

@@ -234,6 +234,7 @@ private slots:
         m_service->tree().announce("ks", "101");
         for (const int requests : {3, 10, 20}) {
             m_service->reset();
+            m_service->content().faults().set("/patches/*", Fault::slow(20000)); // or all are there at once
             launcher.start({"-d", "-k", "-e"});
             QTRY_VERIFY_WITH_TIMEOUT(requestsBelow("/patches/") >= requests, 60000);
             launcher.process().kill();
