@@ -31,8 +31,7 @@ private slots:
     {
         LauncherProcess launcher(m_service->backend());
         QCOMPARE(launcher.refreshOnce({"--verify-after-refresh"}), 0);
-        QVERIFY2(launcher.standardOutput().contains("Damaged: 0"),
-                 qPrintable(launcher.standardOutput()));
+        QVERIFY2(launcher.standardOutput().contains("Damaged: 0"), qPrintable(launcher.standardOutput()));
         QVERIFY(launcher.log().contains("Verifying and purging after refresh"));
 
         const auto damaged = launcher.resFile("one");
