@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFile>
-#include <QRegularExpression>
 #include <QtConcurrent>
 
 #include <dirent.h>
@@ -12,8 +11,6 @@
 
 namespace
 {
-constexpr auto everything = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
-
 CacheItem::Kind kindOf(mode_t mode)
 {
     if (S_ISREG(mode))
@@ -72,17 +69,9 @@ QVector<CacheItem> listBelow(const QString& root, const QString& top, const std:
     return items;
 }
 
-bool isAmong(const QStringList& wildcards, const QString& name)
-{
-    return std::any_of(wildcards.cbegin(), wildcards.cend(), [&](const QString& wildcard) {
-        return QRegularExpression(QRegularExpression::wildcardToRegularExpression(wildcard))
-            .match(name)
-            .hasMatch();
-    });
-}
-
-/** names: wildcards for what stands at the top; empty for all. */
-QVector<CacheItem> list(const QString& root, const QStringList& names, const std::atomic<bool>& stop)
+/** What stands directly in root and is kept, with all that is below. */
+template <typename Keep>
+QVector<CacheItem> list(const QString& root, const std::atomic<bool>& stop, const Keep& keep)
 {
     CacheItem self;
     QVector<CacheItem> items;
@@ -96,7 +85,7 @@ QVector<CacheItem> list(const QString& root, const QStringList& names, const std
     };
     std::vector<Part> parts; // each thread writes parts of its own only
     for (const auto& item : qAsConst(top)) {
-        if (!names.isEmpty() && !isAmong(names, item.path))
+        if (!keep(item.path))
             continue;
         items.append(item);
         if (item.kind == CacheItem::Kind::Folder)
@@ -111,24 +100,28 @@ QVector<CacheItem> list(const QString& root, const QStringList& names, const std
 
 QVector<CacheItem> listTree(const QString& root, const std::atomic<bool>& stop)
 {
-    return list(root, {}, stop);
+    return list(root, stop, [](const QString& /*name*/) { return true; });
 }
 
-QStringList cacheEntries()
+QStringList cacheEntries(const QString& cacheFolder)
 {
-    return {QStringLiteral("ResFiles"), QStringLiteral("wine"), QStringLiteral("wineenv"),
-            QStringLiteral("index_*.txt")};
+    return QDir(cacheFolder)
+        .entryList({QStringLiteral("ResFiles"), QStringLiteral("wine"), QStringLiteral("wineenv"),
+                    QStringLiteral("index_*.txt")},
+                   QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot |
+                       QDir::CaseSensitive);
 }
 
 QVector<CacheItem> listCache(const QString& cacheFolder, const std::atomic<bool>& stop)
 {
-    return list(cacheFolder, cacheEntries(), stop);
+    const auto entries = cacheEntries(cacheFolder);
+    return list(cacheFolder, stop, [&](const QString& name) { return entries.contains(name); });
 }
 
 void removeCache(const QString& cacheFolder)
 {
     const QDir folder(cacheFolder);
-    const auto names = folder.entryList(cacheEntries(), everything | QDir::CaseSensitive);
+    const auto names = cacheEntries(cacheFolder);
     for (const auto& name : names) {
         const auto path = folder.filePath(name);
         if (QFileInfo(path).isDir() && !QFileInfo(path).isSymLink())

@@ -26,8 +26,8 @@ struct CacheItem {
  */
 QVector<CacheItem> listTree(const QString& root, const std::atomic<bool>& stop);
 
-/** What belongs to the cache at the top of its folder, where other things may stand as well: wildcards. */
-QStringList cacheEntries();
+/** The names of what belongs to the cache at the top of its folder, where other things may stand as well. */
+QStringList cacheEntries(const QString& cacheFolder);
 
 /** As listTree(), but only what belongs to the cache. */
 QVector<CacheItem> listCache(const QString& cacheFolder, const std::atomic<bool>& stop);

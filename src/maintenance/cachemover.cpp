@@ -24,12 +24,13 @@ QString toKey() { return QStringLiteral("SharedCacheMove/to"); }
 /** Whether the entries are renamed one by one, which is brought to its end, or copied, which is undone. */
 QString renamesKey() { return QStringLiteral("SharedCacheMove/renames"); }
 
-void writeRecord(QSettings* store, const QString& from, const QString& to, bool renames)
+bool writeRecord(QSettings* store, const QString& from, const QString& to, bool renames)
 {
     store->setValue(fromKey(), from);
     store->setValue(toKey(), to);
     store->setValue(renamesKey(), renames);
     store->sync();
+    return store->status() == QSettings::NoError;
 }
 
 void clearRecord(QSettings* store)
@@ -38,12 +39,15 @@ void clearRecord(QSettings* store)
     store->sync();
 }
 
-void switchTo(Settings* settings, const QString& folder)
+bool switchTo(Settings* settings, const QString& folder)
 {
     settings->setCacheFolder(folder);
     settings->save();
     settings->store().sync();
+    return settings->store().status() == QSettings::NoError;
 }
+
+QString unwritableSettings() { return CacheMover::tr("The settings cannot be written"); }
 
 bool isSameVolume(const QString& a, const QString& b)
 {
@@ -56,8 +60,7 @@ bool isSameVolume(const QString& a, const QString& b)
 /** Renames what belongs to the cache, and goes on where an interrupted run has stopped. */
 QString renameEntries(const QString& from, const QString& to)
 {
-    const auto names = QDir(from).entryList(cacheEntries(), QDir::AllEntries | QDir::Hidden | QDir::System |
-                                                                QDir::NoDotAndDotDot | QDir::CaseSensitive);
+    const auto names = cacheEntries(from);
     for (const auto& name : names) {
         const auto target = QFile::encodeName(to + QLatin1Char('/') + name);
         if (std::rename(QFile::encodeName(from + QLatin1Char('/') + name).constData(), target.constData()) !=
@@ -79,7 +82,7 @@ CacheMover::CacheMover(Settings* settings, QObject* parent) : QObject(parent), m
     connect(&m_watcher, &QFutureWatcher<Result>::finished, this, &CacheMover::onMoved);
     connect(&m_removal, &QFutureWatcher<void>::finished, this, [this] {
         clearRecord(&m_settings->store());
-        end(Outcome::Moved, {});
+        emit finished(Outcome::Moved, {});
     });
 }
 
@@ -119,11 +122,15 @@ void CacheMover::start(const QString& folder)
     m_stop = false;
     m_bytesDone = 0;
     m_bytesTotal = 0;
-    const bool renames = isSameVolume(m_from, m_to);
+    m_renames = isSameVolume(m_from, m_to);
     qInfo().noquote() << "Moving the cache from" << m_from << "to" << m_to;
-    writeRecord(&m_settings->store(), m_from, m_to, renames);
+    if (!writeRecord(&m_settings->store(), m_from, m_to, m_renames)) {
+        clearRecord(&m_settings->store());
+        emit finished(Outcome::Failed, unwritableSettings());
+        return;
+    }
     m_progressTimer.start();
-    m_watcher.setFuture(QtConcurrent::run([this, renames] { return renames ? rename() : copy(); }));
+    m_watcher.setFuture(QtConcurrent::run([this] { return m_renames ? rename() : copy(); }));
 }
 
 // Worker thread.
@@ -172,7 +179,13 @@ void CacheMover::onMoved()
     m_progressTimer.stop();
     const auto result = m_watcher.result();
     if (result.outcome == Outcome::Moved) {
-        switchTo(m_settings, m_to);
+        // Without the setting nothing is removed: the record leads the next start to a whole cache.
+        if (!switchTo(m_settings, m_to)) {
+            if (!m_renames)
+                m_settings->setCacheFolder(m_from);
+            emit finished(Outcome::Failed, unwritableSettings());
+            return;
+        }
         qInfo().noquote() << "The cache is in" << m_to << "now";
         emit progressUpdate(1.0F, tr("Removing the old folder"));
         m_removal.setFuture(QtConcurrent::run(removeCache, m_from));
@@ -181,10 +194,8 @@ void CacheMover::onMoved()
     qInfo().noquote() << "The cache stays in" << m_from << result.error;
     if (result.settled) // else the next start goes on
         clearRecord(&m_settings->store());
-    end(result.outcome, result.error);
+    emit finished(result.outcome, result.error);
 }
-
-void CacheMover::end(Outcome outcome, const QString& error) { emit finished(outcome, error); }
 
 void CacheMover::recover(Settings* settings)
 {
@@ -201,8 +212,8 @@ void CacheMover::recover(Settings* settings)
             qWarning().noquote() << "The cache could not be moved:" << error;
             return;
         }
-        switchTo(settings, to);
-        clearRecord(&store);
+        if (switchTo(settings, to))
+            clearRecord(&store);
         return;
     }
     // What is removed is not in use: the copy that is not complete, or the original of one that is.

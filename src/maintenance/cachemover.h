@@ -60,11 +60,11 @@ private:
     Result copy();
     void reportProgress();
     void onMoved();
-    void end(Outcome outcome, const QString& error);
 
     Settings* const m_settings;
     QString m_from;
     QString m_to;
+    bool m_renames = false;
     std::atomic<bool> m_stop{false};
     std::atomic<qint64> m_bytesDone{0};
     std::atomic<qint64> m_bytesTotal{0};

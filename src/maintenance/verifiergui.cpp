@@ -1,5 +1,6 @@
 #include "maintenance/verifiergui.h"
 
+#include "servers/prefixusers.h"
 #include "servers/servermanager.h"
 #include "settings/settings.h"
 
@@ -67,6 +68,11 @@ VerifierGui::VerifierGui(Behaviour behaviour, QWidget* parent)
 }
 
 VerifierGui::~VerifierGui() = default;
+
+QDateTime VerifierGui::lastVerifyTime()
+{
+    return Settings::instance()->store().value(lastVerifyKey()).toDateTime();
+}
 
 QWidget* VerifierGui::createButtons()
 {
@@ -182,15 +188,6 @@ void VerifierGui::showReport()
     m_results->setPlainText(lines.join(QLatin1Char('\n')).trimmed());
 }
 
-bool VerifierGui::areClientsRunning()
-{
-    const auto keys = Settings::instance()->getFullServerList();
-    return std::any_of(keys.cbegin(), keys.cend(), [](const QString& key) {
-        const auto* server = Settings::instance()->getServer(key);
-        return server && server->isRunningProcesses();
-    });
-}
-
 void VerifierGui::onMove()
 {
     const auto folder = QFileDialog::getExistingDirectory(this, tr("Where should the cache go?"),
@@ -202,7 +199,7 @@ void VerifierGui::onMove()
 void VerifierGui::startMove(const QString& folder)
 {
     auto objection = m_moveGuard ? m_moveGuard() : QString();
-    if (areClientsRunning())
+    if (isAnyClientRunning())
         objection = tr("The cache cannot be moved while clients are running");
     if (objection.isEmpty())
         objection = m_mover->objection(folder);

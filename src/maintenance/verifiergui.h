@@ -3,6 +3,7 @@
 #include "maintenance/cachemover.h"
 #include "maintenance/verifier.h"
 
+#include <QDateTime>
 #include <QDialog>
 
 class QCheckBox;
@@ -23,6 +24,8 @@ public:
     explicit VerifierGui(Behaviour behaviour = Behaviour::Manual, QWidget* parent = nullptr);
     ~VerifierGui() override;
 
+    /** When the last complete verification has ended; invalid before the first. */
+    static QDateTime lastVerifyTime();
     /** guard tells, for people, why the cache must not be moved just now; empty when it may. */
     void setMoveGuard(const std::function<QString()>& guard) { m_moveGuard = guard; }
     /** What was found; of use once a verification has ended. */
@@ -45,7 +48,6 @@ private:
     void showFolder();
     void showReport();
     static CombinedIndex gatherKnownFiles(const QStringList& servers);
-    static bool areClientsRunning();
 
     const Behaviour m_behaviour;
     Verifier* const m_verifier;

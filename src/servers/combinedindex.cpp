@@ -58,6 +58,8 @@ CombinedIndex getCombinedIndexForServer(const QString& serverKey)
         ++combined.failureCount;
     }
     combined.index->combine(resources);
+    combined.index->combineContents(
+        readListedIndex(binaries, QStringLiteral("app:/resfileindex_prefetch.txt")));
     if (!server)
         return combined;
     // What is being downloaded may still be of an older build, and what is installed as well.

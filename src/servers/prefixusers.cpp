@@ -1,5 +1,8 @@
 #include "servers/prefixusers.h"
 
+#include "servers/servermanager.h"
+#include "settings/settings.h"
+
 #include <QDir>
 #include <QFile>
 
@@ -29,4 +32,15 @@ bool isClientRunningIn(const QString& prefix)
             return true;
     }
     return false;
+}
+
+bool isAnyClientRunning()
+{
+    const auto* settings = Settings::instance();
+    const auto keys = settings->getFullServerList();
+    const bool tracked = std::any_of(keys.cbegin(), keys.cend(), [settings](const QString& key) {
+        const auto* server = settings->getServer(key);
+        return server && server->isRunningProcesses();
+    });
+    return tracked || isClientRunningIn(settings->getWineEnvFolder());
 }

@@ -7,7 +7,6 @@
 #include "index/indexparser.h"
 #include "servers/copier.h"
 #include "servers/prefixusers.h"
-#include "servers/servermanager.h"
 #include "settings/settings.h"
 #include "tasks/scheduler.h"
 #include "telemetry/exceptionlogger.h"
@@ -25,7 +24,6 @@ namespace
 QString queueName() { return QStringLiteral("wine"); }
 
 QString lastDownloadedKey() { return QStringLiteral("LauncherLastDownloaded/wine"); }
-
 } // namespace
 
 WineManager::WineManager(QObject* parent, std::chrono::milliseconds regEditTimeout)
@@ -204,7 +202,7 @@ void WineManager::onDownloadFinished(Task* task)
 // Until the copy is complete no version counts as installed, whatever happens to the process meanwhile.
 void WineManager::copyWineFiles()
 {
-    if (areClientsRunning()) {
+    if (isAnyClientRunning()) {
         qDebug() << "Wine is not replaced while clients are running";
         end(ClientsRunningError);
         return;
@@ -252,18 +250,6 @@ void WineManager::end(int errorCode)
 {
     m_step = Step::Idle;
     emit endUpdate(errorCode);
-}
-
-bool WineManager::areClientsRunning() const
-{
-    const auto* settings = Settings::instance();
-    const auto keys = settings->getFullServerList();
-    const bool tracked = std::any_of(keys.cbegin(), keys.cend(), [settings](const QString& key) {
-        const auto* server = settings->getServer(key);
-        return server && server->isRunningProcesses();
-    });
-    // A client that an earlier launcher has started is not tracked.
-    return tracked || isClientRunningIn(settings->getWineEnvFolder());
 }
 
 void WineManager::onProgressUpdate(float fraction, const QString& text)

@@ -103,7 +103,6 @@ private:
 
     QString keptIndexPath() const;
     void chooseVersion(const QString& version);
-    bool areClientsRunning() const;
     void onProgressUpdate(float fraction, const QString& text);
     void scheduleDownload(const QString& queue, const QString& taskName, const QString& fileName,
                           void (WineManager::*onFinished)(Task*));

@@ -112,7 +112,6 @@ private:
     QTimer m_refreshTimer;
     ConnectionChecker* m_connectionCheck = nullptr;
     QMap<QString, QString> m_connectionErrors; // by host
-    QString m_officialVersion;
     bool m_refreshInProgress = false;
     /** While the cache is verified or moved, no refresh starts; one that is wanted comes afterwards. */
     bool m_cacheInUse = false;

@@ -122,11 +122,11 @@ void MainWindow::onVersionInfoDownloadFinished(Task* task)
     task->deleteLater();
     const auto* downloader = qobject_cast<Downloader*>(task);
     const auto info = QJsonDocument::fromJson(downloader ? downloader->getContents() : QByteArray()).object();
-    m_officialVersion = info.value(QLatin1String("version")).toString();
-    if (task->isError() || m_officialVersion.isEmpty())
+    const auto official = info.value(QLatin1String("version")).toString();
+    if (task->isError() || official.isEmpty())
         qDebug() << "Couldn't establish official version";
     else
-        qDebug().noquote() << "Official version is" << m_officialVersion;
+        qDebug().noquote() << "Official version is" << official;
     onVersionCheckFinished();
 }
 

@@ -21,8 +21,6 @@ namespace
 constexpr int verifyAfterDays = 14;
 
 QString migratedKey() { return QStringLiteral("LauncherHasMigratedSettings"); }
-
-QString lastVerifyKey() { return QStringLiteral("LauncherLastVerifyTime"); }
 } // namespace
 
 void MainWindow::showVerifyDialog()
@@ -63,7 +61,7 @@ void MainWindow::runVerify()
     }
     if (std::exchange(m_lookedAtLastVerify, true))
         return;
-    const auto last = Settings::instance()->store().value(lastVerifyKey()).toDateTime();
+    const auto last = VerifierGui::lastVerifyTime();
     qDebug().noquote() << "Last verify time:" << last.toString(Qt::ISODate);
     const bool isDue = !last.isValid() || last.daysTo(QDateTime::currentDateTime()) > verifyAfterDays;
     if (!isDue || Scheduler::instance()->hasBackgroundTask())
