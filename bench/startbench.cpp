@@ -11,7 +11,7 @@ QVector<ContestResult> benchStart()
 {
     SampleTree tree;
     const QTemporaryDir state;
-    LocalBackend backend(tree.path(), state.filePath(QStringLiteral("state")));
+    LocalBackend backend(tree.path(), state.filePath(QStringLiteral("state")), {});
     QString error;
     if (!backend.start(&error))
         qFatal("%s", qPrintable(error));

@@ -86,9 +86,9 @@ private slots:
     {
         m_service->content().faults().set("/info.json", Fault::cut());
         QCOMPARE(fetch("info.json")->getErrorCode(), 1);
-        m_service->backend().refuseContent();
+        m_service->backend().refuse(m_service->content());
         const auto refused = fetch("info.json");
-        m_service->backend().acceptContent();
+        m_service->backend().accept(m_service->content());
         QCOMPARE(refused->getErrorCode(), 1);
         QVERIFY(!refused->getErrorString().isEmpty());
     }

@@ -157,9 +157,9 @@ private slots:
     void failsAtOnceWhenRefused()
     {
         add("content");
-        m_service->backend().refuseContent();
+        m_service->backend().refuse(m_service->content());
         QCOMPARE(run(), 2);
-        m_service->backend().acceptContent();
+        m_service->backend().accept(m_service->content());
     }
 
     void triesAgainAfterAStall()

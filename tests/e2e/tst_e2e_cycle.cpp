@@ -173,9 +173,9 @@ private slots:
                 content.faults().set(path, Fault::wrongBytes(times));
                 break;
             case 2:
-                m_service->backend().refuseContent();
+                m_service->backend().refuse(m_service->content());
                 QTest::qWait(random.bounded(20));
-                m_service->backend().acceptContent();
+                m_service->backend().accept(m_service->content());
                 break;
             default:
                 content.faults().set(path, Fault::answerWith(statuses[random.bounded(5)], times));

@@ -202,7 +202,7 @@ private slots:
     {
         publishMany("100", 3, 5000);
         LauncherProcess launcher(m_service->backend());
-        m_service->backend().refuseContent();
+        m_service->backend().refuse(m_service->content());
         QCOMPARE(launcher.refreshOnce(), 0);
         QVERIFY(launcher.log().contains("Update failed for Kestrel with error: 2"));
     }

@@ -20,7 +20,7 @@ private:
 private slots:
     void initTestCase()
     {
-        m_backend = std::make_unique<LocalBackend>(m_state.path(), m_state.filePath("state"));
+        m_backend = std::make_unique<LocalBackend>(m_state.path(), m_state.filePath("state"), QString());
         QString error;
         QVERIFY2(m_backend->start(&error), qPrintable(error));
         qputenv("VELKOR_DEPLOYMENT_FILE", QFile::encodeName(m_backend->deploymentFile()));

@@ -11,7 +11,9 @@ class BackendFixture
 {
 public:
     /** Fails the test when the backend cannot start. Settings::instance() uses it from then on. */
-    BackendFixture() : m_backend(m_tree.path(), m_state.filePath(QStringLiteral("state")))
+    BackendFixture()
+        : m_backend(m_tree.path(), m_state.filePath(QStringLiteral("state")),
+                    QStringLiteral(VELKOR_SOURCE "/tools/demo/page"))
     {
         QString error;
         const bool started =

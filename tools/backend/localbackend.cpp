@@ -1,5 +1,7 @@
 #include "tools/backend/localbackend.h"
 
+#include "tools/backend/webhost.h"
+
 #include <QDir>
 #include <QJsonArray>
 #include <QJsonDocument>
@@ -23,13 +25,15 @@ HttpResponse acceptReport(const HttpRequest& request)
 }
 } // namespace
 
-LocalBackend::LocalBackend(const QString& tree, const QString& stateFolder)
+LocalBackend::LocalBackend(const QString& tree, const QString& stateFolder, const QString& pageFolder)
     : m_stateFolder(stateFolder),
       m_content(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), serveFolder(tree))),
+      m_web(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), webHost(pageFolder))),
       m_reports(std::make_unique<HttpsServer>(m_authority.issueForLoopback(), acceptReport)),
       m_gateway(std::make_unique<Gateway>(m_authority.issueForLoopback()))
 {
     m_content->moveToThread(&m_thread);
+    m_web->moveToThread(&m_thread);
     m_reports->moveToThread(&m_thread);
     m_worker.moveToThread(&m_thread);
 }
@@ -40,6 +44,7 @@ LocalBackend::~LocalBackend()
         // Sockets have to end on the thread that they live on.
         runOn(&m_worker, [this] {
             m_content.reset();
+            m_web.reset();
             m_reports.reset();
         });
     }
@@ -51,7 +56,7 @@ bool LocalBackend::start(QString* error)
 {
     m_thread.start();
     bool listening = false;
-    runOn(&m_worker, [&] { listening = m_content->open() && m_reports->open(); });
+    runOn(&m_worker, [&] { listening = m_content->open() && m_web->open() && m_reports->open(); });
     if (!listening || !m_gateway->start()) {
         *error = QStringLiteral("No port could be opened: %1").arg(m_content->errorString());
         return false;
@@ -73,27 +78,29 @@ QVector<QJsonObject> LocalBackend::exceptionReports() const
     return reports;
 }
 
-void LocalBackend::refuseContent()
+void LocalBackend::refuse(HttpsServer& server)
 {
-    runOn(&m_worker, [this] { m_content->refuse(); });
+    runOn(&m_worker, [&server] { server.refuse(); });
 }
 
-void LocalBackend::acceptContent()
+void LocalBackend::accept(HttpsServer& server)
 {
-    runOn(&m_worker, [this] { m_content->open(); });
+    runOn(&m_worker, [&server] { server.open(); });
 }
 
 bool LocalBackend::writeDeployment(const QJsonObject& changes) const
 {
     const auto content = QStringLiteral("127.0.0.1:%1").arg(m_content->port());
+    const auto web = QStringLiteral("127.0.0.1:%1").arg(m_web->port());
     const auto reports = QStringLiteral("127.0.0.1:%1").arg(m_reports->port());
     const auto key = QString(32, QLatin1Char('0'));
     QJsonObject deployment{
         {QStringLiteral("binariesHost"), content},
         {QStringLiteral("resourcesHost"), content},
         {QStringLiteral("apiGatewayHost"), content},
-        {QStringLiteral("launcherWebHost"), content},
-        {QStringLiteral("testWebHost"), content},
+        {QStringLiteral("launcherWebHost"), web},
+        {QStringLiteral("testWebHost"), web},
+        {QStringLiteral("commandHosts"), QJsonArray{web}},
         {QStringLiteral("logCollectionHost"), reports},
         {QStringLiteral("logCollectionToken"), QStringLiteral("00000000-0000-0000-0000-000000000000")},
         {QStringLiteral("eventGateway"), QStringLiteral("127.0.0.1:%1").arg(m_gateway->port())},

@@ -7,15 +7,16 @@
 #include <QThread>
 
 /**
- * The service on this machine: a content server over HTTPS, a collector of exception reports, and a gateway
- * for telemetry, each on a free port of 127.0.0.1 and with certificates of an authority made on the spot. It
- * works on a thread of its own.
+ * The service on this machine: a content server and a web host over HTTPS, a collector of exception reports,
+ * and a gateway for telemetry, each on a free port of 127.0.0.1 and with certificates of an authority made on
+ * the spot. It works on a thread of its own.
  */
 class LocalBackend
 {
 public:
-    /** tree: the published content; stateFolder: where certificates and the deployment file go. */
-    LocalBackend(const QString& tree, const QString& stateFolder);
+    /** tree: the published content; stateFolder: where certificates and the deployment file go; pageFolder:
+     * what the web host serves. */
+    LocalBackend(const QString& tree, const QString& stateFolder, const QString& pageFolder);
     ~LocalBackend();
     Q_DISABLE_COPY_MOVE(LocalBackend)
 
@@ -23,16 +24,19 @@ public:
     bool start(QString* error);
 
     HttpsServer& content() { return *m_content; }
+    HttpsServer& web() { return *m_web; }
     HttpsServer& reports() { return *m_reports; }
     Gateway& gateway() { return *m_gateway; }
     const CertificateAuthority& authority() const { return m_authority; }
     /** The exception reports that have arrived, oldest first. */
     QVector<QJsonObject> exceptionReports() const;
 
-    void refuseContent();
-    void acceptContent();
+    /** One of the servers is not there any more, and is there again on the same port. */
+    void refuse(HttpsServer& server);
+    void accept(HttpsServer& server);
 
     /** A deployment file for a launcher that is to use this backend. */
+    QString authorityFile() const { return m_stateFolder + QStringLiteral("/authority.pem"); }
     QString deploymentFile() const { return m_stateFolder + QStringLiteral("/deployment.json"); }
     /** Members that replace those of the deployment file, which is written anew. */
     bool writeDeployment(const QJsonObject& changes = {}) const;
@@ -48,6 +52,7 @@ private:
     };
     Worker m_worker; // runs actions on that thread
     std::unique_ptr<HttpsServer> m_content;
+    std::unique_ptr<HttpsServer> m_web;
     std::unique_ptr<HttpsServer> m_reports;
     std::unique_ptr<Gateway> m_gateway;
 };

@@ -32,6 +32,8 @@ int main(int argc, char** argv)
         {QStringLiteral("tree"), QStringLiteral("The published tree"), QStringLiteral("folder")},
         {QStringLiteral("state"), QStringLiteral("Where certificates and the deployment file go"),
          QStringLiteral("folder")},
+        {QStringLiteral("page"), QStringLiteral("The web interface and its login page"),
+         QStringLiteral("folder")},
     });
     parser.process(app);
     if (!parser.isSet(QStringLiteral("tree")) || !parser.isSet(QStringLiteral("state"))) {
@@ -39,7 +41,8 @@ int main(int argc, char** argv)
         return 1;
     }
 
-    LocalBackend backend(parser.value(QStringLiteral("tree")), parser.value(QStringLiteral("state")));
+    LocalBackend backend(parser.value(QStringLiteral("tree")), parser.value(QStringLiteral("state")),
+                         parser.value(QStringLiteral("page")));
     QObject::connect(&backend.reports(), &HttpsServer::requestAnswered, &app,
                      [&backend] { printReport(backend.exceptionReports().constLast()); });
     backend.gateway().setListener(printEvent);
@@ -48,8 +51,8 @@ int main(int argc, char** argv)
         std::fprintf(stderr, "velkor-backend: %s\n", qPrintable(error));
         return 1;
     }
-    std::printf("content on https://127.0.0.1:%d, deployment file %s\n", backend.content().port(),
-                qPrintable(backend.deploymentFile()));
+    std::printf("content on https://127.0.0.1:%d, page on https://127.0.0.1:%d, deployment file %s\n",
+                backend.content().port(), backend.web().port(), qPrintable(backend.deploymentFile()));
     std::fflush(stdout);
     return QCoreApplication::exec();
 }
