@@ -14,6 +14,7 @@
 #include "tasks/scheduler.h"
 #include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
+#include "web/browserbreakoutfilter.h"
 
 #include <QApplication>
 #include <QDebug>
@@ -28,7 +29,7 @@
 
 namespace
 {
-/** Creates the managers that the settings ask for, and owns them. */
+/** Creates what the settings are the registry of, and owns it. */
 class ServerFactory
 {
 public:
@@ -36,6 +37,7 @@ public:
     {
         PatchManager::instance()->setIndexLookup(&m_indexes);
         settings->registerWineManager(&m_wineManager);
+        settings->registerBrowserBreakoutFilter(&m_breakoutFilter);
         QObject::connect(settings, &Settings::serverDeclared, &m_wineManager,
                          [this](const QString& key, const QJsonObject& entry) { create(key, entry); });
         QObject::connect(settings, &Settings::serverActivationRequested, &m_wineManager,
@@ -50,7 +52,11 @@ public:
                              });
                          });
     }
-    ~ServerFactory() { PatchManager::instance()->setIndexLookup(nullptr); }
+    ~ServerFactory()
+    {
+        PatchManager::instance()->setIndexLookup(nullptr);
+        m_settings->registerBrowserBreakoutFilter(nullptr);
+    }
     Q_DISABLE_COPY_MOVE(ServerFactory)
 
 private:
@@ -71,6 +77,7 @@ private:
     Settings* const m_settings;
     const ServerIndexes m_indexes;
     WineManager m_wineManager;
+    browserBreakoutFilter m_breakoutFilter;
     std::map<QString, std::unique_ptr<ServerManager>> m_servers;
 };
 
@@ -132,7 +139,6 @@ int run(QApplication* app)
     auto window = std::make_unique<MainWindow>();
     const EndSignals endSignals;
     QObject::connect(&endSignals, &EndSignals::endRequested, window.get(), &MainWindow::quit);
-    window->onLoadFinished();
     qDebug() << "Entering app.exec";
     const int result = QApplication::exec();
 

@@ -9,6 +9,7 @@
 #include <QDateTime>
 #include <QDebug>
 #include <QDir>
+#include <QMessageBox>
 #include <QNetworkReply>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -49,6 +50,20 @@ QString withoutPersonalData(const QString& text)
         clean.replace(QRegularExpression(QStringLiteral("\\b%1\\b").arg(QRegularExpression::escape(user))),
                       QStringLiteral("[user]"));
     return clean;
+}
+
+bool Diagnostics::shouldIgnoreCertificateError(int code, const QUrl& url, const QString& description)
+{
+    if (Settings::instance()->getIgnoreCertErrors()) {
+        qDebug() << "Certificate error" << code << "ignored by request";
+        return true;
+    }
+    QMessageBox box(
+        QMessageBox::Warning, tr("Certificate error"),
+        tr("A certificate error has occurred:\n\n%1\n\n%2\n").arg(url.toDisplayString(), description),
+        QMessageBox::Ignore);
+    box.setDefaultButton(QMessageBox::Cancel);
+    return box.exec() == QMessageBox::Ignore;
 }
 
 Diagnostics::Plan Diagnostics::usualPlan()

@@ -33,6 +33,11 @@ public:
     };
     /** The launcher's own hosts and folders. */
     static Plan usualPlan();
+    /**
+     * Whether a page is to be loaded although its certificate is wrong: at once where the settings say so,
+     * else as the user answers. Waits for the answer.
+     */
+    static bool shouldIgnoreCertificateError(int code, const QUrl& url, const QString& description);
 
     explicit Diagnostics(QObject* parent = nullptr);
     ~Diagnostics() override;

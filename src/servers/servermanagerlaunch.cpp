@@ -7,6 +7,7 @@
 #include "servers/clientcommand.h"
 #include "servers/consolerouter.h"
 #include "servers/copier.h"
+#include "servers/steam.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
 #include "telemetry/eventlogger.h"
@@ -42,7 +43,8 @@ void ServerManager::play(const QString& token, const QString& settingsProfile, c
     if (Settings::instance()->runClientsWithLogging())
         connectLogLens();
 
-    auto arguments = buildClientArguments({m_server, token, settingsProfile, false}, *Settings::instance());
+    auto arguments = buildClientArguments({m_server, token, settingsProfile, Steam::instance()->isRunning()},
+                                          *Settings::instance());
     QString program;
     QString workingDirectory;
     prepareForStartingProcess(workingDirectory, arguments, program);

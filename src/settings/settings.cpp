@@ -200,6 +200,10 @@ QJsonObject Settings::saveToJson() const
 void Settings::setFromJson(const QJsonObject& object)
 {
     for (auto member = object.begin(); member != object.end(); ++member) {
+        if (member.key().isEmpty() || member.key().contains(QLatin1Char('/'))) {
+            qWarning().noquote() << "The key" << member.key() << "cannot be set";
+            continue;
+        }
         qDebug().noquote() << "Setting" << member.key() << "to a value of type"
                            << jsonTypeName(member.value().type());
         m_store.setValue(member.key(), member.value().toVariant());

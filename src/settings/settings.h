@@ -13,6 +13,7 @@
 class QTranslator;
 class ServerManager;
 class WineManager;
+class browserBreakoutFilter;
 
 /**
  * The process-wide settings: what is persisted, what the command line asked for, the folders and addresses
@@ -102,7 +103,10 @@ public:
     void save();
     void fillMap(QVariantMap& map) const;
     QJsonObject saveToJson() const;
-    /** Stores every member as it stands and applies those that the web page may change. */
+    /**
+     * Stores every member as it stands and applies those that the web page may change. Keys with a "/" are
+     * records of the launcher's own and are refused.
+     */
     void setFromJson(const QJsonObject& object);
     /** The store itself, for values that belong to other parts (window geometry, last downloaded builds). */
     QSettings& store() { return m_store; }
@@ -175,6 +179,8 @@ public:
     void registerServer(const QString& key, ServerManager* manager) { m_servers.insert(key, manager); }
     WineManager* getWineManager() const { return m_wineManager; }
     void registerWineManager(WineManager* manager) { m_wineManager = manager; }
+    browserBreakoutFilter* getBrowserBreakoutFilter() const { return m_browserBreakoutFilter; }
+    void registerBrowserBreakoutFilter(browserBreakoutFilter* filter) { m_browserBreakoutFilter = filter; }
     /** Asks every served server to forget its last downloaded build, through lastKnownBuildResetRequested().
      */
     void resetLastKnownBuildForAllServers();
@@ -240,4 +246,5 @@ private:
     QStringList m_enabledTestServers;
     QMap<QString, ServerManager*> m_servers;
     WineManager* m_wineManager = nullptr;
+    browserBreakoutFilter* m_browserBreakoutFilter = nullptr;
 };

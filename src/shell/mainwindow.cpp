@@ -5,7 +5,6 @@
 #include "servers/winemanager.h"
 #include "settings/settings.h"
 #include "shell/settingsdialog.h"
-#include "shell/simplegui.h"
 #include "shell/titlebar.h"
 #include "telemetry/eventlogger.h"
 
@@ -27,6 +26,8 @@ namespace
 {
 constexpr int firstRefreshDelayMs = 300;
 constexpr int resizeMargin = 5;
+constexpr int minTitleBarHeight = 36;
+constexpr int maxTitleBarHeight = 96;
 
 QString geometryKey() { return QStringLiteral("LauncherWindowGeometry"); }
 
@@ -81,9 +82,10 @@ MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFold
     connectServers();
     connectWine();
     connect(settings, &Settings::serverListChanged, this, &MainWindow::connectServers);
-    if (settings->getDisableWebGui())
-        qDebug() << "Disabling web gui by request";
-    showServerList();
+    connect(settings, &Settings::setTitleBarHeight, this, [this](int height) {
+        m_titleBar->setFixedHeight(qBound(minTitleBarHeight, height, maxTitleBarHeight));
+    });
+    createInterface();
     qApp->installEventFilter(this);
 }
 
@@ -96,7 +98,8 @@ MainWindow::~MainWindow()
 void MainWindow::setupMenu()
 {
     m_menu = new QMenu(this);
-    m_menu->addAction(tr("&Server list"), this, &MainWindow::restoreWindow);
+    m_menu->addAction(tr("&Server list"), this,
+                      [this] { showServerList(m_menu, tr("Server list - Velkor Launcher")); });
     m_menu->addAction(tr("Se&ttings..."), this, &MainWindow::showSettings);
     m_menu->addAction(tr("Shared &Cache..."), this, &MainWindow::showVerifyDialog);
     m_menu->addAction(tr("C&lient Settings..."), this, &MainWindow::showMigrateSettingsDialog);
@@ -135,7 +138,7 @@ void MainWindow::connectServers()
         qDebug().noquote() << "Connecting signals for" << key;
         connect(server, &ServerManager::processStarted, this, &MainWindow::onProcessStarted,
                 Qt::UniqueConnection);
-        connect(server, &ServerManager::showErrorMessage, this, &MainWindow::showErrorMessage,
+        connect(server, &ServerManager::showErrorMessage, this, &MainWindow::onServerError,
                 Qt::UniqueConnection);
     }
 }
@@ -153,26 +156,6 @@ void MainWindow::connectWine()
     connect(wine, &WineManager::waiting, this, &MainWindow::setMessageAtOnce);
 }
 
-void MainWindow::showServerList()
-{
-    m_serverList = new SimpleGui(this);
-    m_serverList->setMenu(m_menu);
-    setCentralWidget(m_serverList);
-}
-
-void MainWindow::setMessage(const QString& text)
-{
-    if (m_serverList)
-        m_serverList->setMessage(text);
-}
-
-void MainWindow::setMessageAtOnce(const QString& text)
-{
-    setMessage(text);
-    if (m_serverList)
-        m_serverList->repaint();
-}
-
 void MainWindow::initializeGeometry()
 {
     auto* settings = Settings::instance();
@@ -187,6 +170,8 @@ void MainWindow::initializeGeometry()
 
 void MainWindow::onLoadFinished()
 {
+    if (std::exchange(m_wasShown, true))
+        return;
     initializeGeometry();
     show();
     if (Settings::instance()->isFirstRun())
@@ -197,8 +182,8 @@ void MainWindow::onLoadFinished()
 
 void MainWindow::restoreWindow()
 {
-    if (!m_serverList)
-        showServerList();
+    if (m_hiddenToTray)
+        restoreWebGui();
     m_hiddenToTray = false;
     showNormal();
     raise();
@@ -220,14 +205,6 @@ void MainWindow::onProcessEnded(AttachedProcess* process, int exitCode, bool cra
         setMessage(tr("The client for %1 has crashed").arg(name));
     else
         setMessage(tr("The client for %1 has ended with exit code %2").arg(name).arg(exitCode));
-}
-
-// Never waits for an answer: the cycle goes on behind the box.
-void MainWindow::showErrorMessage(const QString& title, const QString& text)
-{
-    auto* box = new QMessageBox(QMessageBox::Critical, title, text, QMessageBox::Ok, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    box->open();
 }
 
 void MainWindow::showAboutDialog()
@@ -283,11 +260,7 @@ void MainWindow::closeEvent(QCloseEvent* event)
     m_processes.save();
     Settings::instance()->store().setValue(geometryKey(), saveGeometry());
     Settings::instance()->store().sync();
-    if (auto* central = takeCentralWidget()) {
-        m_serverList = nullptr;
-        central->close();
-        central->deleteLater();
-    }
+    releaseInterface();
     const auto dialogs = findChildren<QDialog*>();
     for (auto* dialog : dialogs)
         dialog->close();

@@ -17,10 +17,12 @@ class SimpleGui;
 class Task;
 class TitleBar;
 class VerifierGui;
+class WebGui;
 
 /**
- * The launcher's one top-level window and the driver of its periodic work: shows the server list, owns menu
- * and tray icon, runs the refresh cycle, and decides on closing whether to quit or to hide.
+ * The launcher's one top-level window and the driver of its periodic work: shows the web interface or the
+ * server list, owns menu and tray icon, runs the refresh cycle, and decides on closing whether to quit or to
+ * hide.
  */
 class MainWindow : public QMainWindow
 {
@@ -35,7 +37,8 @@ public:
 public slots:
     /** Starts a refresh cycle, unless one is running. */
     void refresh();
-    /** Sizes and shows the window for the first time, and starts the first cycle soon after. */
+    /** Sizes and shows the window for the first time, and starts the first cycle soon after. Comes by itself,
+     * as soon as there is something to show. */
     void onLoadFinished();
     /** Shows the window again after it was hidden. */
     void restoreWindow();
@@ -66,7 +69,7 @@ private slots:
 
     void onProcessStarted(ServerManager* server, AttachedProcess* process);
     void onProcessEnded(AttachedProcess* process, int exitCode, bool crashed);
-    void showErrorMessage(const QString& title, const QString& text);
+    void onServerError(const QString& title, const QString& text);
     void showVerifyDialog();
     void showMigrateSettingsDialog();
     void showDiagnoseNetworkDialog();
@@ -81,8 +84,26 @@ private:
     void setupTrayIcon(QMenu* menu);
     void connectServers();
     void connectWine();
-    void showServerList();
+
+    // What the window shows
+    void createInterface();
+    void selectWebGui();
+    /** The list takes the place of the web interface. */
+    void selectServerList();
+    /** Opens the list, in a window of its own beside the web interface. */
+    void showServerList(QMenu* menu, const QString& title);
+    /** Builds again what was released when the window was hidden. */
+    void restoreWebGui();
+    void releaseInterface();
+    /** For the line below the server list. */
     void setMessage(const QString& text);
+    /** A step of the cycle: as setMessage(), and on the page. */
+    void setStatus(const QString& text);
+    /** Tells the player without waiting for an answer: on the page where there is one, else in a box. */
+    void showErrorMessage(const QString& title, const QString& text, int code);
+    /** As setMessage(), and as an error on the page. */
+    void showFailure(const QString& text, int code);
+    bool hasPage() const;
     /** Shows the text before the main thread is kept busy. */
     void setMessageAtOnce(const QString& text);
     void initializeGeometry();
@@ -105,13 +126,16 @@ private:
     TitleBar* m_titleBar = nullptr;
     QMenu* m_menu = nullptr;
     QSystemTrayIcon* m_trayIcon = nullptr;
-    SimpleGui* m_serverList = nullptr;
+    WebGui* m_webGui = nullptr;
+    QPointer<SimpleGui> m_serverList;
+    bool m_wasShown = false;
     ProcessList m_processes;
     int m_clientsStarted = 0;
     QElapsedTimer m_sessionTime;
     QTimer m_refreshTimer;
     ConnectionChecker* m_connectionCheck = nullptr;
     QMap<QString, QString> m_connectionErrors; // by host
+    QStringList m_toldHosts;                   // of which the page knows that they cannot be reached
     bool m_refreshInProgress = false;
     /** While the cache is verified or moved, no refresh starts; one that is wanted comes afterwards. */
     bool m_cacheInUse = false;

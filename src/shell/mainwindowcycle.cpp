@@ -11,6 +11,7 @@
 #include "tasks/scheduler.h"
 #include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
+#include "web/webgui.h"
 
 #include <QDebug>
 #include <QDir>
@@ -62,7 +63,7 @@ void MainWindow::checkHosts()
         qDebug() << "checkHosts: Connection check already in progress";
         return;
     }
-    setMessage(tr("Checking hosts"));
+    setStatus(tr("Checking hosts"));
     m_connectionErrors.clear();
     m_connectionCheck = new ConnectionChecker(this);
     connect(m_connectionCheck, &ConnectionChecker::connectionFailed, this,
@@ -76,6 +77,9 @@ void MainWindow::onConnectionCheckError(const QString& host, const QString& erro
     qWarning().noquote() << "Could not connect to" << host << error;
     m_connectionErrors.insert(host, error);
     setMessage(describeConnectionErrors());
+    if (hasPage() && !m_toldHosts.contains(host))
+        m_webGui->showErrorMessage(tr("Connection error"), tr("Could not connect to %1: %2").arg(host, error),
+                                   DownloadError);
 }
 
 QString MainWindow::describeConnectionErrors() const
@@ -94,6 +98,8 @@ void MainWindow::onConnectionCheckFinished()
     m_connectionCheck->disconnect(this); // late answers do not matter
     m_connectionCheck->deleteLater();
     m_connectionCheck = nullptr;
+    if (hasPage())
+        m_toldHosts = m_connectionErrors.keys();
     checkVersion();
 }
 
@@ -146,8 +152,10 @@ bool MainWindow::checkSharedCacheIsWritable()
     if (QDir().mkpath(folder))
         return true;
     qWarning() << "Cache folder does not exist";
-    showErrorMessage(tr("Error"), tr("Cache folder does not exist and could not be created at {1}")
-                                      .replace(QLatin1String("{1}"), QDir::toNativeSeparators(folder)));
+    showErrorMessage(tr("Error"),
+                     tr("Cache folder does not exist and could not be created at {1}")
+                         .replace(QLatin1String("{1}"), QDir::toNativeSeparators(folder)),
+                     DiskWriteError);
     return false;
 }
 
@@ -165,7 +173,7 @@ void MainWindow::checkWineVersion()
         onWineCheckFinished();
         return;
     }
-    setMessage(tr("Checking Wine"));
+    setStatus(tr("Checking Wine"));
     wine->refresh();
 }
 
@@ -180,7 +188,7 @@ void MainWindow::onWineEndUpdate(int code)
     const auto reason = Settings::instance()->getWineManager()->getErrorText();
     m_lastFailure =
         tr("Wine could not be updated: %1").arg(reason.isEmpty() ? describeUpdateError(code) : reason);
-    setMessage(tr("%1 (at %2)").arg(m_lastFailure, timeNow()));
+    showFailure(tr("%1 (at %2)").arg(m_lastFailure, timeNow()), code);
     if (code == SourceDoesNotExistError)
         Settings::instance()->getWineManager()->resetLastDownloaded();
     else

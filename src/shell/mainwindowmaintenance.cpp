@@ -113,7 +113,7 @@ void MainWindow::diagnoseDisk()
     connect(watcher, &QFutureWatcher<DiskDiagnosis>::finished, this, [this, watcher] {
         const auto text = watcher->result().describe().replace(QLatin1Char('\n'), QStringLiteral(". "));
         qWarning().noquote() << "Disk-write diagnosis:" << text;
-        setMessage(QStringLiteral("%1. %2").arg(m_lastFailure, text));
+        showFailure(QStringLiteral("%1. %2").arg(m_lastFailure, text), DiskWriteError);
         watcher->deleteLater();
     });
     watcher->setFuture(QtConcurrent::run(diagnoseDiskWrite, Settings::instance()->getCacheFolder()));

@@ -20,6 +20,7 @@ public:
     void add(AttachedProcess* process);
     bool isEmpty() const { return m_processIds.isEmpty(); }
     int size() const { return m_processIds.size(); }
+    QList<AttachedProcess*> processes() const { return m_processIds.keys(); }
 
     /** Writes processes.json, readable by its owner only. Returns false, with a log line, when that fails. */
     bool save() const;

@@ -1,4 +1,5 @@
 #include "tests/e2e/virtualdisplay.h"
+#include "tests/e2e/wineprefix.h"
 #include "tests/testkit/backendtest.h"
 #include "tests/testkit/launcherprocess.h"
 #include "tests/testkit/testmain.h"
@@ -12,38 +13,19 @@ class TestClient : public QObject
     Q_OBJECT
 
 private:
-    static constexpr auto wine = "/usr/lib/wine/wine64";
     std::unique_ptr<BackendFixture> m_service;
     std::unique_ptr<VirtualDisplay> m_display;
-    QTemporaryDir m_prefix;
+    std::unique_ptr<WinePrefix> m_prefix;
     std::unique_ptr<LauncherProcess> m_launcher;
 
-    QProcessEnvironment wineEnvironment() const
-    {
-        auto environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("WINEPREFIX", m_prefix.filePath("cache/wineenv"));
-        environment.insert("WINEDLLOVERRIDES", "mscoree,mshtml=");
-        environment.insert("DISPLAY", m_display->name());
-        environment.insert("LD_PRELOAD", QString()); // the sanitizers of the launcher are nothing for Wine
-        return environment;
-    }
-    void runWine(const QStringList& arguments)
-    {
-        QProcess process;
-        process.setProcessEnvironment(wineEnvironment());
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(wine, arguments);
-        QVERIFY(process.waitForFinished(120000));
-        QVERIFY2(process.exitCode() == 0, process.readAll());
-    }
     void startLauncher(const QString& clientArguments)
     {
         m_launcher = std::make_unique<LauncherProcess>(m_service->backend());
-        m_launcher->shareCache(m_prefix.filePath("cache"));
+        m_launcher->shareCache(m_prefix->cache());
         m_launcher->setEnvironment("QT_QPA_PLATFORM", "xcb");
         m_launcher->setEnvironment("DISPLAY", m_display->name());
         m_launcher->set("UseCustomWine", true);
-        m_launcher->set("CustomWinePath", wine);
+        m_launcher->set("CustomWinePath", WinePrefix::wine);
         m_launcher->set("LauncherRunClientsWith64Bit", true);
         m_launcher->start({"-d", "-k", "--client-args=" + clientArguments});
         QVERIFY(m_launcher->waitForLog("Scheduling refresh after 15 minutes"));
@@ -74,32 +56,26 @@ private slots:
         QVERIFY(!m_display->name().isEmpty());
         m_service->tree().publish("ks", "100",
                                   {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")}});
-        QDir().mkpath(m_prefix.filePath("cache"));
-        // A crash ends the program instead of waiting for somebody to close a dialog.
-        runWine({"reg", "add", "HKCU\\Software\\Wine\\WineDbg", "/v", "ShowCrashDialog", "/t", "REG_DWORD",
-                 "/d", "0", "/f"});
+        m_prefix = std::make_unique<WinePrefix>(m_display->name());
     }
     void cleanup() { m_launcher.reset(); }
     void cleanupTestCase()
     {
-        QProcess server; // ends what still runs in the prefix
-        server.setProcessEnvironment(wineEnvironment());
-        server.start("/usr/lib/wine/wineserver64", {"-k"});
-        QVERIFY(server.waitForFinished());
+        m_prefix.reset();
         m_display.reset();
         m_service.reset();
     }
 
     void passesTheArgumentsAndTheExitCode()
     {
-        const auto reportFile = m_prefix.filePath("arguments.txt");
+        const auto reportFile = m_prefix->filePath("arguments.txt");
         startLauncher("/report=Z:" + reportFile + " /print=hello  /exit=3");
         clickPlay();
         QVERIFY(m_launcher->waitForLog("finished with exit code 3", 60000));
         QCOMPARE(QString::fromUtf8(readSample(reportFile)).split('\n', Qt::SkipEmptyParts),
                  (QStringList{"/noconsole", "/server:kestrel", "/gfxPlatform=dx9", "/settingsprofile=Default",
                               "/report=Z:" + reportFile, "/print=hello", "/exit=3",
-                              "/remotefilecachefolder=Z:" + m_prefix.filePath("cache/ResFiles")}));
+                              "/remotefilecachefolder=Z:" + m_prefix->filePath("cache/ResFiles")}));
         QVERIFY(m_launcher->log().contains("\thello\n")); // what the client prints goes to the log
         QVERIFY(!m_launcher->log().contains("crashed"));
         QVERIFY(m_launcher->setting("FirstClientLaunchTimestamp").isValid());
@@ -135,7 +111,7 @@ private slots:
         m_service->tree().publish(
             "ks", "101", {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")}, {"new", "file"}});
         QVERIFY(m_launcher->waitForLog("Update failed for Kestrel with error: 4"));
-        QVERIFY(!QFile::exists(m_prefix.filePath("cache/wineenv/drive_c/ks/new")));
+        QVERIFY(!QFile::exists(m_prefix->filePath("cache/wineenv/drive_c/ks/new")));
 
         clickQuit(window);
         QVERIFY(m_launcher->waitForLog("finished with exit code 0", 60000));
@@ -145,7 +121,7 @@ private slots:
         clickPlay();
         const auto again = m_display->waitForWindow("Velkor demo client");
         QVERIFY(again);
-        QVERIFY(QFile::exists(m_prefix.filePath("cache/wineenv/drive_c/ks/new")));
+        QVERIFY(QFile::exists(m_prefix->filePath("cache/wineenv/drive_c/ks/new")));
         clickQuit(again);
         QVERIFY(QTest::qWaitFor([this] { return m_launcher->log().count("finished with exit code 0") == 2; },
                                 60000));

@@ -67,6 +67,27 @@ QVariant LauncherProcess::setting(const QString& key) const
     return QSettings(settingsFile(home()), QSettings::IniFormat).value(key);
 }
 
+// The engine looks for authorities in a database of its own, and refuses to run as root in its sandbox.
+void LauncherProcess::useWebEngine(const LocalBackend& backend, const QString& display, int port)
+{
+    setEnvironment(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+    setEnvironment(QStringLiteral("DISPLAY"), display);
+    setEnvironment(QStringLiteral("QTWEBENGINE_DISABLE_SANDBOX"), QStringLiteral("1"));
+    setEnvironment(QStringLiteral("QTWEBENGINE_REMOTE_DEBUGGING"), QStringLiteral("127.0.0.1:%1").arg(port));
+    // Leaks of the display's libraries cannot be told apart from ours; other tests look for leaks.
+    setEnvironment(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
+    const auto database = QStringLiteral("sql:") + home() + QStringLiteral("/.pki/nssdb");
+    QDir(home()).mkpath(QStringLiteral(".pki/nssdb"));
+    const auto certutil = [&](const QStringList& arguments) {
+        QCOMPARE(QProcess::execute(QStringLiteral("certutil"),
+                                   QStringList{QStringLiteral("-d"), database} + arguments),
+                 0);
+    };
+    certutil({QStringLiteral("-N"), QStringLiteral("--empty-password")});
+    certutil({QStringLiteral("-A"), QStringLiteral("-t"), QStringLiteral("C,,"), QStringLiteral("-n"),
+              QStringLiteral("backend"), QStringLiteral("-i"), backend.authorityFile()});
+}
+
 void LauncherProcess::start(const QStringList& arguments)
 {
     const auto earlier = logFiles();

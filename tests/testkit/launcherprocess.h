@@ -35,6 +35,9 @@ public:
     void set(const QString& key, const QVariant& value);
     QVariant setting(const QString& key) const;
     void setEnvironment(const QString& name, const QString& value) { m_environment.insert(name, value); }
+    /** Lets the web engine work on this display, and its pages trust the backend. port: where debuggers reach
+     * the engine. */
+    void useWebEngine(const LocalBackend& backend, const QString& display, int port);
     /** A program that the launcher is started through, with its arguments. */
     void startThrough(const QStringList& wrapper) { m_wrapper = wrapper; }
 
