@@ -1,10 +1,8 @@
 #include "index/indexparser.h"
 
 #include "index/stringtable.h"
-#include "telemetry/exceptionlogger.h"
 
 #include <QDebug>
-#include <QFile>
 
 #include <array>
 #include <cstring>
@@ -133,18 +131,4 @@ IndexPtr parseIndex(const QByteArray& data, const QString& source)
     if (parser.malformedLines() > 0)
         qWarning().noquote() << "Skipped" << parser.malformedLines() << "malformed lines of" << source;
     return parser.getIndex();
-}
-
-IndexPtr getIndexFromFile(const QString& path)
-{
-    if (path.isEmpty())
-        return {};
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly)) {
-        ExceptionLogger::instance()->logException(
-            QStringLiteral("OpenFailed"), QStringLiteral("Couldn't open index file %1").arg(path),
-            QStringLiteral("getIndexFromFile"), QStringLiteral("indexparser"), __LINE__);
-        return {};
-    }
-    return parseIndex(file.readAll(), path);
 }

@@ -35,11 +35,5 @@ private:
     int m_malformedLines = 0;
 };
 
-/**
- * Reads and parses an index file. Null when the path is empty, or when the file cannot be read, which is
- * reported. May run on any thread.
- */
-IndexPtr getIndexFromFile(const QString& path);
-
 /** Parses an index and logs the number of lines that had to be skipped. source names it in that line. */
 IndexPtr parseIndex(const QByteArray& data, const QString& source);

@@ -3,6 +3,7 @@
 #include "download/downloader.h"
 #include "download/downloadfromindextask.h"
 #include "download/patchmanager.h"
+#include "index/indexfile.h"
 #include "index/indexparser.h"
 #include "logging/messagehandler.h"
 #include "servers/copier.h"

@@ -4,6 +4,7 @@
 #include "cache/wholefile.h"
 #include "download/downloader.h"
 #include "download/downloadfromindextask.h"
+#include "index/indexfile.h"
 #include "index/indexparser.h"
 #include "servers/copier.h"
 #include "servers/prefixusers.h"

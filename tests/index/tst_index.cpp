@@ -1,3 +1,4 @@
+#include "index/indexfile.h"
 #include "index/indexparser.h"
 #include "index/stringtable.h"
 #include "settings/settings.h"
