@@ -5,6 +5,7 @@
 #include "tests/testkit/sample.h"
 #include "tests/testkit/testmain.h"
 #include "tools/publisher/buildpublisher.h"
+#include "tools/publisher/launcherpublisher.h"
 #include "tools/publisher/patchmaker.h"
 #include "tools/publisher/treeverifier.h"
 
@@ -271,6 +272,42 @@ private slots:
         QVERIFY(QFile::exists(folder + "resfileindex_prefetch_5.txt.bundle.0"));
         writeSample(folder + "velkor_5.txt.bundle.3", "broken");
         QCOMPARE(TreeVerifier(tree.path()).verify().size(), 1);
+    }
+
+    void publishesLaunchers()
+    {
+        const QTemporaryDir folder;
+        const auto from = folder.filePath("launcher");
+        const auto tree = folder.filePath("tree");
+        writeSample(from + "/velkorlauncher", "program");
+        writeSample(from + "/texts/fr", "textes");
+        const auto publish = [&](const QString& version, const QString& channel) {
+            QString error;
+            return LauncherPublisher({version, from, tree, channel}).publish(&error) ? QString() : error;
+        };
+        QVERIFY(publish("7", "release").contains("updater"));
+        writeSample(from + "/updater", "updater");
+        for (const auto* program : {"/updater", "/velkorlauncher"})
+            QFile::setPermissions(from + program, QFileDevice::Permissions(0x7755));
+        QVERIFY(publish("7/8", "release").contains("--version"));
+        QVERIFY(publish("7", "stable").contains("--channel"));
+        QVERIFY(!QFile::exists(tree));
+        QCOMPARE(publish("7", "beta"), QString());
+        QCOMPARE(rows(tree + "/velkorlauncher_linux_7.txt"),
+                 (QStringList{row("app:/texts/fr", "textes", 33188), row("app:/updater", "updater", 33261),
+                              row("app:/velkorlauncher", "program", 33261)}));
+        QCOMPARE(QJsonDocument::fromJson(readSample(tree + "/velkorlauncher_linux_beta.json"))
+                     .object()
+                     .value("version")
+                     .toString(),
+                 QString("7"));
+        QVERIFY(TreeVerifier(tree).verify().isEmpty());
+        QFile::remove(tree + SampleTree::pathOf("updater"));
+        QCOMPARE(TreeVerifier(tree).verify().size(), 1);
+
+        QVERIFY(QFile::link("updater", from + "/link"));
+        QVERIFY(publish("8", "beta").contains("link"));
+        QVERIFY(!QFile::exists(tree + "/velkorlauncher_linux_8.txt"));
     }
 };
 

@@ -1,4 +1,5 @@
 #include "tools/publisher/buildpublisher.h"
+#include "tools/publisher/launcherpublisher.h"
 #include "tools/publisher/treeverifier.h"
 #include "tools/publisher/winepublisher.h"
 
@@ -14,6 +15,8 @@ constexpr auto usage = "Publishes builds as a tree of static files.\n\n"
                        "                       [--resources RESDIR] [--prefetch GLOB]... [--protected]\n"
                        "                       [--previous BUILD]... [--bundle]\n"
                        "  velkor-publish wine --version VERSION --from WINEDIR --out TREE [--dev]\n"
+                       "  velkor-publish launcher --version VERSION --from DIR --out TREE\n"
+                       "                       [--channel release|beta|dev]\n"
                        "  velkor-publish verify --out TREE";
 
 int fail(const QString& message)
@@ -62,6 +65,22 @@ int wine(const QCommandLineParser& parser)
     return 0;
 }
 
+int launcher(const QCommandLineParser& parser)
+{
+    LauncherOptions options;
+    options.version = parser.value(QStringLiteral("version"));
+    options.from = parser.value(QStringLiteral("from"));
+    options.tree = parser.value(QStringLiteral("out"));
+    options.channel = parser.value(QStringLiteral("channel"));
+    LauncherPublisher publisher(options);
+    QString error;
+    if (!publisher.publish(&error))
+        return fail(error);
+    std::printf("Published launcher %s for %s: %d files, %lld bytes\n", qPrintable(options.version),
+                qPrintable(options.channel), publisher.fileCount(), publisher.byteCount());
+    return 0;
+}
+
 int verify(const QCommandLineParser& parser)
 {
     if (!parser.isSet(QStringLiteral("out")))
@@ -81,11 +100,12 @@ int main(int argc, char** argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QLatin1String(usage));
     parser.addHelpOption();
-    parser.addPositionalArgument(QStringLiteral("command"), QStringLiteral("build, wine or verify"));
+    parser.addPositionalArgument(QStringLiteral("command"),
+                                 QStringLiteral("build, wine, launcher or verify"));
     parser.addOptions({
         {QStringLiteral("server"), QStringLiteral("Catalogue key of the server"), QStringLiteral("key")},
         {QStringLiteral("build"), QStringLiteral("Build number"), QStringLiteral("build")},
-        {QStringLiteral("from"), QStringLiteral("Folder of the client's or runtime's files"),
+        {QStringLiteral("from"), QStringLiteral("Folder of the client's, runtime's or launcher's files"),
          QStringLiteral("folder")},
         {QStringLiteral("out"), QStringLiteral("The tree"), QStringLiteral("folder")},
         {QStringLiteral("resources"), QStringLiteral("Folder of the resource files"),
@@ -95,7 +115,10 @@ int main(int argc, char** argv)
         {QStringLiteral("previous"), QStringLiteral("Makes patches from the files of this build"),
          QStringLiteral("build")},
         {QStringLiteral("bundle"), QStringLiteral("Makes bundles, for first installations")},
-        {QStringLiteral("version"), QStringLiteral("Version of Wine"), QStringLiteral("version")},
+        {QStringLiteral("version"), QStringLiteral("Version of Wine or the launcher"),
+         QStringLiteral("version")},
+        {QStringLiteral("channel"), QStringLiteral("Who gets the launcher"), QStringLiteral("channel"),
+         QStringLiteral("release")},
         {QStringLiteral("dev"), QStringLiteral("For those who want development versions of Wine")},
         {QStringLiteral("protected"), QStringLiteral("The index needs the player's token")},
     });
@@ -105,7 +128,9 @@ int main(int argc, char** argv)
         return build(parser);
     if (command == QLatin1String("wine"))
         return wine(parser);
+    if (command == QLatin1String("launcher"))
+        return launcher(parser);
     if (command == QLatin1String("verify"))
         return verify(parser);
-    return fail(QStringLiteral("the command must be build, wine or verify; see --help"));
+    return fail(QStringLiteral("the command must be build, wine, launcher or verify; see --help"));
 }

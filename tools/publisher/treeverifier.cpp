@@ -21,12 +21,16 @@ QStringList TreeVerifier::verify()
     const auto announcements =
         QDir(m_tree).entryList({QStringLiteral("velkorclient_*.json")}, QDir::Files, QDir::Name);
     const auto wineLists = QDir(m_tree).entryList({QStringLiteral("wine_*.json")}, QDir::Files, QDir::Name);
-    if (announcements.isEmpty() && wineLists.isEmpty())
+    const auto launchers =
+        QDir(m_tree).entryList({QStringLiteral("velkorlauncher_linux_*.json")}, QDir::Files, QDir::Name);
+    if (announcements.isEmpty() && wineLists.isEmpty() && launchers.isEmpty())
         m_problems << QStringLiteral("%1 announces nothing").arg(m_tree);
     for (const auto& fileName : announcements)
         verifyAnnouncement(fileName);
     for (const auto& fileName : wineLists)
         verifyWineVersions(fileName);
+    for (const auto& fileName : launchers)
+        verifyLauncher(fileName);
     verifyContents();
     verifyBundles();
     verifyPatches();
@@ -63,6 +67,18 @@ void TreeVerifier::verifyWineVersions(const QString& fileName)
         else
             verifyIndex(QStringLiteral("wine_linux_%1.txt").arg(version), fileName);
     }
+}
+
+void TreeVerifier::verifyLauncher(const QString& fileName)
+{
+    QFile file(m_tree + QLatin1Char('/') + fileName);
+    const auto object =
+        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    const auto version = object.value(QLatin1String("version")).toString();
+    if (version.isEmpty())
+        m_problems << QStringLiteral("%1 names no version").arg(fileName);
+    else
+        verifyIndex(QStringLiteral("velkorlauncher_linux_%1.txt").arg(version), fileName);
 }
 
 void TreeVerifier::verifyIndex(const QString& path, const QString& what)

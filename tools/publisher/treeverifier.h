@@ -19,6 +19,7 @@ public:
 private:
     void verifyAnnouncement(const QString& fileName);
     void verifyWineVersions(const QString& fileName);
+    void verifyLauncher(const QString& fileName);
     void verifyIndex(const QString& path, const QString& what);
     void verifyContents();
     void verifyBundles();
