@@ -9,6 +9,7 @@
 #include "servers/winemanager.h"
 #include "settings/settings.h"
 #include "shell/endsignals.h"
+#include "shell/interruptedupdate.h"
 #include "shell/mainwindow.h"
 #include "shell/theme.h"
 #include "tasks/scheduler.h"
@@ -156,6 +157,7 @@ int run(QApplication* app)
 int main(int argc, char** argv)
 {
     GOOGLE_PROTOBUF_VERIFY_VERSION;
+    finishInterruptedUpdate();
     QString error;
     const auto deployment = Deployment::load(&error);
     if (!deployment)

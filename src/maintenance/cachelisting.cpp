@@ -107,7 +107,7 @@ QStringList cacheEntries(const QString& cacheFolder)
 {
     return QDir(cacheFolder)
         .entryList({QStringLiteral("ResFiles"), QStringLiteral("wine"), QStringLiteral("wineenv"),
-                    QStringLiteral("index_*.txt")},
+                    QStringLiteral("index_*.txt"), QStringLiteral("velkorlauncher_linux_*.txt")},
                    QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot |
                        QDir::CaseSensitive);
 }

@@ -140,6 +140,7 @@ void VerifierGui::startVerification(Verifier::Mode mode)
 CombinedIndex VerifierGui::gatherKnownFiles(const QStringList& servers)
 {
     auto known = getCombinedIndexForWine();
+    combineIndices(known, getCombinedIndexForLauncher());
     for (const auto& server : servers)
         combineIndices(known, getCombinedIndexForServer(server));
     return known;

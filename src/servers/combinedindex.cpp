@@ -2,7 +2,7 @@
 
 #include "cache/md5many.h"
 #include "cache/safepath.h"
-#include "index/indexparser.h"
+#include "index/indexfile.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
@@ -81,6 +81,19 @@ CombinedIndex getCombinedIndexForWine()
         combined.failureCount = 1;
     }
     combined.index->combine(index);
+    return combined;
+}
+
+CombinedIndex getCombinedIndexForLauncher()
+{
+    CombinedIndex combined{0, IndexPtr::create()};
+    const QDir cache(Settings::instance()->getCacheFolder());
+    const auto names = cache.entryList({QStringLiteral("velkorlauncher_linux_*.txt")}, QDir::Files);
+    for (const auto& name : names) {
+        const auto index = getIndexFromFile(cache.filePath(name));
+        combined.failureCount += index ? 0 : 1;
+        combined.index->combineContents(index);
+    }
     return combined;
 }
 

@@ -18,6 +18,10 @@ CombinedIndex getCombinedIndexForServer(const QString& serverKey);
 /** All files of the Wine runtime; nothing where none was ever installed. Any thread. */
 CombinedIndex getCombinedIndexForWine();
 
+/** All files of the launchers whose indexes are in the cache: this one's, and one that is being installed.
+ * Any thread. */
+CombinedIndex getCombinedIndexForLauncher();
+
 /**
  * Adds next to accumulated. Of two rows with the same name the first is the one that is found by name, yet
  * the content of both is there. Any thread.

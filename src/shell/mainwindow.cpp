@@ -253,13 +253,18 @@ void MainWindow::onShowSharedCacheFolder() { openFolder(Settings::instance()->ge
 
 void MainWindow::onShowLauncherLogsFolder() { openFolder(Settings::instance()->getLauncherLogsFolder()); }
 
+void MainWindow::saveState()
+{
+    m_processes.save();
+    Settings::instance()->store().setValue(geometryKey(), saveGeometry());
+    Settings::instance()->store().sync();
+}
+
 void MainWindow::closeEvent(QCloseEvent* event)
 {
     qDebug() << "Closing main window";
     event->accept();
-    m_processes.save();
-    Settings::instance()->store().setValue(geometryKey(), saveGeometry());
-    Settings::instance()->store().sync();
+    saveState();
     releaseInterface();
     const auto dialogs = findChildren<QDialog*>();
     for (auto* dialog : dialogs)

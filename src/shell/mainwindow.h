@@ -57,6 +57,7 @@ private slots:
     void onConnectionCheckFinished();
     void checkVersion();
     void onVersionInfoDownloadFinished(Task* task);
+    void startSelfUpdate(const QString& version);
     void onVersionCheckFinished();
     void checkWineVersion();
     void onWineEndUpdate(int code);
@@ -107,6 +108,8 @@ private:
     /** Shows the text before the main thread is kept busy. */
     void setMessageAtOnce(const QString& text);
     void initializeGeometry();
+    /** Running clients and geometry, for the next start. */
+    void saveState();
 
     bool checkSharedCacheIsWritable();
     void waitForBackgroundTasks();

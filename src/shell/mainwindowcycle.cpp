@@ -7,6 +7,7 @@
 #include "servers/winemanager.h"
 #include "settings/settings.h"
 #include "shell/mainwindow.h"
+#include "shell/updatedialog.h"
 #include "shell/updatefailures.h"
 #include "tasks/scheduler.h"
 #include "telemetry/eventlogger.h"
@@ -129,11 +130,45 @@ void MainWindow::onVersionInfoDownloadFinished(Task* task)
     const auto* downloader = qobject_cast<Downloader*>(task);
     const auto info = QJsonDocument::fromJson(downloader ? downloader->getContents() : QByteArray()).object();
     const auto official = info.value(QLatin1String("version")).toString();
-    if (task->isError() || official.isEmpty())
+    const auto* settings = Settings::instance();
+    if (task->isError() || !UpdateDialog::isUsableVersion(official)) {
         qDebug() << "Couldn't establish official version";
-    else
-        qDebug().noquote() << "Official version is" << official;
-    onVersionCheckFinished();
+        onVersionCheckFinished();
+        return;
+    }
+    qDebug().noquote() << "Official version is" << official;
+    if (official == settings->getVersion()) {
+        onVersionCheckFinished();
+    } else if (settings->shouldExitAfterRefresh()) {
+        qDebug() << "Skipping self-update in an unattended run";
+        onVersionCheckFinished();
+    } else {
+        QTimer::singleShot(0, this, [this, official] { startSelfUpdate(official); });
+    }
+}
+
+// Offered once in a run: whoever does not want it, or cannot have it, is not asked again.
+void MainWindow::startSelfUpdate(const QString& version)
+{
+    if (m_closingDown)
+        return;
+    if (UpdateDialog::needsElevation()) {
+        qDebug() << "The launcher is updated by the package manager";
+        auto* dialog = new UpdateDialog(version, this);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->open();
+    } else if (UpdateDialog(version, this).exec() == QDialog::Accepted) {
+        qDebug() << "Exiting application for self update";
+        m_closingDown = true;
+        saveState();
+        QCoreApplication::exit(1);
+        return;
+    } else {
+        qDebug() << "User cancelled self-update";
+    }
+    Settings::instance()->setShouldSkipVersionCheck(true);
+    if (!m_closingDown)
+        onVersionCheckFinished();
 }
 
 void MainWindow::onVersionCheckFinished()

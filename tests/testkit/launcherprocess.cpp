@@ -93,7 +93,7 @@ void LauncherProcess::start(const QStringList& arguments)
     const auto earlier = logFiles();
     for (const auto& path : earlier)
         QFile::remove(path);
-    auto command = m_wrapper + QStringList{QStringLiteral(VELKOR_BIN "/velkorlauncher")} + arguments;
+    auto command = m_wrapper + QStringList{m_program} + arguments;
     m_process.setProcessEnvironment(m_environment);
     m_process.start(command.takeFirst(), command);
     QVERIFY(m_process.waitForStarted());

@@ -38,6 +38,8 @@ public:
     /** Lets the web engine work on this display, and its pages trust the backend. port: where debuggers reach
      * the engine. */
     void useWebEngine(const LocalBackend& backend, const QString& display, int port);
+    /** Another launcher than the one that was built. */
+    void setProgram(const QString& path) { m_program = path; }
     /** A program that the launcher is started through, with its arguments. */
     void startThrough(const QStringList& wrapper) { m_wrapper = wrapper; }
 
@@ -62,6 +64,7 @@ private:
     QString m_cache;
     QProcess m_process;
     QProcessEnvironment m_environment;
+    QString m_program = QStringLiteral(VELKOR_BIN "/velkorlauncher");
     QStringList m_wrapper;
     QString m_standardError;
     QString m_standardOutput;
