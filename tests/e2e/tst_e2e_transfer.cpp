@@ -33,6 +33,12 @@ private:
             count += logged.request.path.startsWith(prefix) ? 1 : 0;
         return count;
     }
+    static bool isCached(const LauncherProcess& launcher, const SampleFiles& client)
+    {
+        return std::all_of(client.cbegin(), client.cend(), [&](const QByteArray& content) {
+            return readSample(launcher.resFile(content)) == content;
+        });
+    }
     static bool isInstalled(const LauncherProcess& launcher, const SampleFiles& client)
     {
         auto staged = readFolder(launcher.stagingFolder("ks"));
@@ -215,7 +221,7 @@ private slots:
             launcher.process().kill();
             QVERIFY(launcher.process().waitForFinished());
             QCOMPARE(launcher.refreshOnce(), 0);
-            QVERIFY(isInstalled(launcher, client));
+            QVERIFY(isCached(launcher, client)); // the next launch completes a copy that was cut off
             QVERIFY(!QFile::exists(resFiles + "/bundles"));
         }
     }

@@ -227,8 +227,8 @@ private slots:
         QVERIFY(m_page->waitFor(m_canPlay));
         m_service->tree().publish("ks", "101",
                                   {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")},
-                                   {"large", sampleBytes(1, 3000000)}});
-        m_service->content().faults().set(SampleTree::pathOf(sampleBytes(1, 3000000)), Fault::slow(1000000));
+                                   {"large", sampleBytes(1, 1000000)}});
+        m_service->content().faults().set(SampleTree::pathOf(sampleBytes(1, 1000000)), Fault::slow(100000));
         // The page comes slowly while the update goes on.
         web().faults().set("/demo/main.js", Fault::slow(6000));
         QVERIFY(m_launcher->waitForLog("setPlayable('ks', false)", 60000));
