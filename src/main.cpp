@@ -11,7 +11,9 @@
 #include "shell/endsignals.h"
 #include "shell/interruptedupdate.h"
 #include "shell/mainwindow.h"
+#include "shell/runninglauncher.h"
 #include "shell/theme.h"
+#include "shell/wakewatch.h"
 #include "tasks/scheduler.h"
 #include "telemetry/eventlogger.h"
 #include "telemetry/exceptionlogger.h"
@@ -134,10 +136,20 @@ int run(QApplication* app)
     settings->initializeFromArgs(*app);
     QNetworkProxyFactory::setUseSystemConfiguration(settings->useProxy());
     setupThreadPool();
+    if (settings->showsRunningLauncher() && RunningLauncher::show()) {
+        qInfo() << "A launcher is running already; its window has been shown";
+        return 0;
+    }
 
     auto factory = std::make_unique<ServerFactory>(settings);
     qDebug() << "Creating main window";
     auto window = std::make_unique<MainWindow>();
+    const RunningLauncher runningLauncher;
+    QObject::connect(&runningLauncher, &RunningLauncher::showRequested, window.get(),
+                     &MainWindow::restoreWindow);
+    const WakeWatch wakeWatch;
+    QObject::connect(&wakeWatch, &WakeWatch::woken, window.get(), &MainWindow::refresh);
+    QObject::connect(&wakeWatch, &WakeWatch::networkChanged, window.get(), &MainWindow::refresh);
     const EndSignals endSignals;
     QObject::connect(&endSignals, &EndSignals::endRequested, window.get(), &MainWindow::quit);
     qDebug() << "Entering app.exec";

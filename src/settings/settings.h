@@ -98,6 +98,9 @@ public:
     ResManThreadCountOption getResManThreadCountAsOption() const;
     static QStringList getResManThreadCountOptions();
     QString getGraphicsModeString() const;
+    /** Whether a second start shows the running launcher instead of starting another one. */
+    bool showsRunningLauncher() const { return m_store.value(showRunningKey()).toBool(); }
+    void setShowsRunningLauncher(bool on) { m_store.setValue(showRunningKey(), on); }
 
     /** Writes all settings to the store and announces them with settingsChanged(). */
     void save();
@@ -224,6 +227,7 @@ private:
     void setupNetworkState();
     void setupTranslator();
     QString urlPrefix() const;
+    static QString showRunningKey() { return QStringLiteral("LauncherShowRunning"); }
 
     const Deployment m_deployment;
     QSettings m_store;
@@ -239,6 +243,7 @@ private:
     QString m_wineEnvFolder;
     QString m_logglyUrl;
     QTranslator* m_translator = nullptr;
+    QTranslator* m_toolkitTranslator = nullptr;
     QObject* m_networkConfiguration = nullptr; // a QNetworkConfigurationManager
 
     QString m_mainServer;

@@ -4,6 +4,7 @@
 
 #include <QDebug>
 #include <QDir>
+#include <QLibraryInfo>
 #include <QMessageBox>
 #include <QProcessEnvironment>
 #include <QStorageInfo>
@@ -96,10 +97,9 @@ void Settings::logEffectiveSettings() const
 
 void Settings::setupTranslator()
 {
-    if (m_translator) {
-        QCoreApplication::removeTranslator(m_translator);
-        delete m_translator;
-        m_translator = nullptr;
+    for (auto** translator : {&m_translator, &m_toolkitTranslator}) {
+        delete *translator; // which removes it
+        *translator = nullptr;
     }
     if (getLanguage().isEmpty())
         return;
@@ -111,6 +111,11 @@ void Settings::setupTranslator()
         qWarning().noquote() << "Loading translations from" << folder << "failed!";
     if (!QCoreApplication::installTranslator(m_translator))
         qWarning().noquote() << "Installing translator from" << folder << "failed!";
+    // The toolkit's own buttons and dialogs, where the system has their translations.
+    m_toolkitTranslator = new QTranslator(this);
+    if (m_toolkitTranslator->load(QStringLiteral("qtbase_") + getLanguage(),
+                                  QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QCoreApplication::installTranslator(m_toolkitTranslator);
 }
 
 void Settings::logStartup()

@@ -6,6 +6,7 @@
 #include "settings/settings.h"
 #include "shell/settingsdialog.h"
 #include "shell/titlebar.h"
+#include "shell/traystatus.h"
 #include "telemetry/eventlogger.h"
 
 #include <QApplication>
@@ -118,13 +119,43 @@ void MainWindow::setupMenu()
 void MainWindow::setupTrayIcon(QMenu* menu)
 {
     m_trayIcon = new QSystemTrayIcon(QIcon(QStringLiteral("://images/trayicon.png")), this);
-    m_trayIcon->setContextMenu(menu);
-    m_trayIcon->setToolTip(windowTitle());
+    // The window's menu, below what the launcher is doing.
+    auto* trayMenu = new QMenu(this);
+    m_statusAction = trayMenu->addAction(QString());
+    m_statusAction->setEnabled(false);
+    trayMenu->addSeparator();
+    trayMenu->addActions(menu->actions());
+    m_trayIcon->setContextMenu(trayMenu);
     connect(m_trayIcon, &QSystemTrayIcon::activated, this, [this](QSystemTrayIcon::ActivationReason reason) {
         if (reason == QSystemTrayIcon::Trigger || reason == QSystemTrayIcon::DoubleClick)
             restoreWindow();
     });
     m_trayIcon->show();
+    setupTrayStatus();
+}
+
+void MainWindow::setupTrayStatus()
+{
+    constexpr int longUpdateMs = 60000;
+    const int longMs = Settings::instance()->getDeployment().scaledDelay(longUpdateMs);
+    m_trayStatus =
+        new TrayStatus([this] { return isVisible() && !isMinimized() && isActiveWindow(); }, longMs, this);
+    connect(m_trayStatus, &TrayStatus::changed, this, &MainWindow::showTrayStatus);
+    connect(m_trayStatus, &TrayStatus::notificationWanted, this,
+            [this](const QString& title, const QString& text, bool isFailure) {
+                qDebug().noquote() << "Notification:" << title << text;
+                m_trayIcon->showMessage(title, text,
+                                        isFailure ? QSystemTrayIcon::Warning : QSystemTrayIcon::Information);
+            });
+    showTrayStatus();
+}
+
+void MainWindow::showTrayStatus()
+{
+    const auto lines = m_trayStatus->lines();
+    m_trayIcon->setToolTip((QStringList{windowTitle()} + lines).join(QLatin1Char('\n')));
+    m_statusAction->setText(lines.join(QStringLiteral("; ")).replace(QLatin1Char('&'), QLatin1String("&&")));
+    m_statusAction->setVisible(!lines.isEmpty());
 }
 
 // Runs again when a test server is enabled; a server is connected once all the same.
@@ -136,6 +167,7 @@ void MainWindow::connectServers()
         if (!server)
             continue;
         qDebug().noquote() << "Connecting signals for" << key;
+        m_trayStatus->watch(server);
         connect(server, &ServerManager::processStarted, this, &MainWindow::onProcessStarted,
                 Qt::UniqueConnection);
         connect(server, &ServerManager::showErrorMessage, this, &MainWindow::onServerError,

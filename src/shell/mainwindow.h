@@ -16,6 +16,7 @@ class ServerManager;
 class SimpleGui;
 class Task;
 class TitleBar;
+class TrayStatus;
 class VerifierGui;
 class WebGui;
 
@@ -83,6 +84,8 @@ private slots:
 private:
     void setupMenu();
     void setupTrayIcon(QMenu* menu);
+    void setupTrayStatus();
+    void showTrayStatus();
     void connectServers();
     void connectWine();
 
@@ -129,6 +132,8 @@ private:
     TitleBar* m_titleBar = nullptr;
     QMenu* m_menu = nullptr;
     QSystemTrayIcon* m_trayIcon = nullptr;
+    TrayStatus* m_trayStatus = nullptr;
+    QAction* m_statusAction = nullptr; // tells, and does nothing
     WebGui* m_webGui = nullptr;
     QPointer<SimpleGui> m_serverList;
     bool m_wasShown = false;

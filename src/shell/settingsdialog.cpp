@@ -129,6 +129,9 @@ QGroupBox* SettingsDialog::createGeneralForm()
            tr("How many files the client fetches at a time"));
     addRow(form, tr("Test &Servers"), createTestServers(),
            tr("Servers beside the main one that are kept up to date"));
+    addSwitch(form, tr("Show the running l&auncher at a second start:"), s->showsRunningLauncher(),
+              &Settings::setShowsRunningLauncher,
+              tr("Instead of opening another launcher beside it; takes effect at the next start"));
     return widget;
 }
 

@@ -30,7 +30,7 @@ constexpr ColourRow colours[] = {
     {"track", "#e3e7ec", "#2a323e"},    {"titleBar", "#1b2330", "#0d1015"},
     {"disabled", "#e3e7ec", "#2a323e"}, {"onDisabled", "#6a7382", "#8b95a4"},
     {"focus", "#1f6fd1", "#7db4ff"},    {"progress", "#f3b792", "#96501f"},
-    {"outline", "#8b95a4", "#6a7689"},  {"checkImage", "check", "check_dark"}, // an image's name
+    {"outline", "#7c8696", "#6a7689"},  {"checkImage", "check", "check_dark"}, // an image's name
 };
 
 constexpr auto portalService = "org.freedesktop.portal.Desktop";
@@ -44,18 +44,9 @@ QString colourOf(const ColourRow& row, Theme::Scheme scheme)
     return QLatin1String(scheme == Theme::Scheme::Dark ? row.dark : row.light);
 }
 
-QColor namedColour(const char* name, Theme::Scheme scheme)
-{
-    for (const auto& row : colours) {
-        if (qstrcmp(row.name, name) == 0)
-            return QColor(colourOf(row, scheme));
-    }
-    return {};
-}
-
 QPalette paletteOf(Theme::Scheme scheme)
 {
-    const auto colour = [scheme](const char* name) { return namedColour(name, scheme); };
+    const auto colour = [scheme](const char* name) { return Theme::colour(QLatin1String(name), scheme); };
     QPalette palette;
     palette.setColor(QPalette::Window, colour("window"));
     palette.setColor(QPalette::WindowText, colour("text"));
@@ -89,6 +80,15 @@ std::optional<Theme::Scheme> schemeOfPortal(QVariant value)
     }
 }
 } // namespace
+
+QColor Theme::colour(const QString& name, Scheme scheme)
+{
+    for (const auto& row : colours) {
+        if (name == QLatin1String(row.name))
+            return QColor(colourOf(row, scheme));
+    }
+    return {};
+}
 
 Theme::Theme(QApplication* app) : m_app(app)
 {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QColor>
 #include <QObject>
 #include <QVariant>
 
@@ -21,6 +22,8 @@ public:
     explicit Theme(QApplication* app);
 
     Scheme scheme() const { return m_scheme; }
+    /** A colour of the style sheet by its name there. */
+    static QColor colour(const QString& name, Scheme scheme);
     void apply(Scheme scheme);
 
 private slots:

@@ -109,12 +109,12 @@ void UpdateDialog::setStep(Step step, const QString& text)
     m_ok->setVisible(step != Step::Downloading);
     m_ok->setText(step == Step::Failed ? tr("Retry") : tr("OK"));
     m_cancel->setVisible(step != Step::Telling);
+    (step == Step::Downloading ? m_cancel : m_ok)->setFocus();
     if (step == Step::Asking || step == Step::Failed) {
         m_secondsLeft = timeoutMs / secondMs;
         m_timeout.start(timeoutMs);
         m_countdown.start();
         m_ok->setDefault(true);
-        m_ok->setFocus();
     }
     showText();
     adjustSize();

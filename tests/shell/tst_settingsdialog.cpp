@@ -109,6 +109,7 @@ private slots:
                                       "Enable hardware rendering:",
                                       "Thread count for resource download in client",
                                       "Test Servers",
+                                      "Show the running launcher at a second start:",
                                       "Use custom Wine",
                                       "Custom Wine path",
                                       "Use dev versions",
@@ -132,7 +133,7 @@ private slots:
             letters += letter;
             QVERIFY2(!text->buddy()->toolTip().isEmpty(), qPrintable(text->text()));
         }
-        QCOMPARE(letters.size(), 21);
+        QCOMPARE(letters.size(), 22);
     }
 
     void appliesAndSavesEverythingAtOnce()
