@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QMetaEnum>
+#include <QNetworkReply>
 #include <QUrlQuery>
 #include <QVBoxLayout>
 #include <QWebChannel>
@@ -28,6 +29,7 @@ static void initResources() { Q_INIT_RESOURCE(web); }
 namespace
 {
 constexpr int loadTimeoutMs = 3000;
+constexpr int askTimeoutMs = 30000;
 constexpr int retryAfterFailureMs = 1000;
 constexpr int retryWithoutVersionMs = 3000;
 /** A render process that dies this often in a row is given some rest. */
@@ -119,7 +121,8 @@ void WebGui::logProfile() const
 }
 
 // The first question waits for its turn like all others. When it has failed, the player has no page: then
-// the next one does not wait until a long download has ended.
+// the next one does not wait until a long download has ended, and goes a way of its own, since answers on the
+// shared one are taken for whatever download is running.
 void WebGui::checkGuiVersion()
 {
     if (!m_page)
@@ -128,13 +131,29 @@ void WebGui::checkGuiVersion()
     m_loadTimeout.start(loadTimeoutMs);
     const auto address = Settings::instance()->getUrlForGuiVersionInfo();
     qCDebug(web).noquote() << "Checking gui version at" << address;
+    if (!std::exchange(m_isFirstCheck, false)) {
+        askAgain(QUrl(address));
+        return;
+    }
     auto* downloader = new Downloader(QUrl(address), this);
     downloader->setProperty("name", QStringLiteral("Gui version info downloader"));
     connect(downloader, &Task::finished, this, &WebGui::onVersionInfoDownloadFinished);
-    if (std::exchange(m_isFirstCheck, false))
-        emit Scheduler::instance()->schedule(QStringLiteral("launcher"), downloader);
-    else
-        downloader->go();
+    emit Scheduler::instance()->schedule(QStringLiteral("launcher"), downloader);
+}
+
+void WebGui::askAgain(const QUrl& address)
+{
+    QNetworkRequest request(address);
+    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
+    request.setTransferTimeout(askTimeoutMs);
+    auto* reply = m_network.get(request);
+    connect(reply, &QNetworkReply::finished, this, [this, reply] {
+        reply->deleteLater();
+        if (reply->error() == QNetworkReply::NoError)
+            onVersionInfo(reply->readAll());
+        else
+            onVersionInfoFailed(reply->errorString());
+    });
 }
 
 void WebGui::checkAgain(int milliseconds) { m_retry.start(milliseconds); }
@@ -142,24 +161,29 @@ void WebGui::checkAgain(int milliseconds) { m_retry.start(milliseconds); }
 void WebGui::onVersionInfoDownloadFinished(Task* task)
 {
     task->deleteLater();
-    if (!m_page)
-        return;
-    const auto* settings = Settings::instance();
-    if (task->isError()) {
-        const auto message = settings->isOnline()
-                                 ? tr("Couldn't get GUI version info") + QStringLiteral("<br><br>") +
-                                       tr("See logs for details")
-                                 : tr("Can't get GUI version info when offline");
-        qCCritical(web).noquote() << "Version-info download task returned an error: "
-                                  << task->getErrorString();
-        loadErrorPage(tr("Error"), message);
-        checkAgain(retryAfterFailureMs);
-        return;
-    }
     const auto* downloader = qobject_cast<Downloader*>(task);
-    const auto info = QJsonDocument::fromJson(downloader->getContents()).object();
+    if (task->isError() || !downloader)
+        onVersionInfoFailed(task->getErrorString());
+    else
+        onVersionInfo(downloader->getContents());
+}
+
+void WebGui::onVersionInfoFailed(const QString& reason)
+{
+    const auto message =
+        Settings::instance()->isOnline()
+            ? tr("Couldn't get GUI version info") + QStringLiteral("<br><br>") + tr("See logs for details")
+            : tr("Can't get GUI version info when offline");
+    qCCritical(web).noquote() << "Version-info download task returned an error: " << reason;
+    loadErrorPage(tr("Error"), message);
+    checkAgain(retryAfterFailureMs);
+}
+
+void WebGui::onVersionInfo(const QByteArray& bytes)
+{
+    const auto info = QJsonDocument::fromJson(bytes).object();
     static const char* const members[] = {"release", "beta", "dev"};
-    const int type = settings->getVersionType();
+    const int type = Settings::instance()->getVersionType();
     const auto version = info.value(QLatin1String(members[type == 1 || type == 2 ? type : 0])).toString();
     if (version.isEmpty()) {
         qCWarning(web) << "Couldn't establish gui version";

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QLoggingCategory>
+#include <QNetworkAccessManager>
 #include <QPointer>
 #include <QTimer>
 #include <QWidget>
@@ -61,6 +62,9 @@ protected:
 private:
     enum class LoadState { Checking = 0, AddressSet = 1, Failed = 2 };
 
+    void askAgain(const QUrl& address);
+    void onVersionInfo(const QByteArray& bytes);
+    void onVersionInfoFailed(const QString& reason);
     void loadPage(const QString& guiVersion);
     QUrl pageAddress(const QString& guiVersion) const;
     void checkAgain(int milliseconds);
@@ -71,6 +75,7 @@ private:
     QWebChannel* const m_channel;
     QPointer<CustomWebPage> m_page;
     QPointer<CustomWebEngineView> m_view;
+    QNetworkAccessManager m_network;
     QTimer m_loadTimeout;
     QTimer m_retry;
     LoadState m_loadState = LoadState::Checking;

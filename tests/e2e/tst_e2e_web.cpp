@@ -266,6 +266,25 @@ private slots:
         QVERIFY(m_page->waitFor(m_canPlay));
     }
 
+    void comesWhileALongDownloadRuns()
+    {
+        const auto large = sampleBytes(7, 1000000);
+        m_service->tree().publish("ks", "102", {{"large", large}});
+        m_service->content().faults().set(SampleTree::pathOf(large), Fault::slow(60000));
+        m_service->backend().refuse(web());
+        start();
+        QVERIFY(errorPageSays("Error", "Couldn't get GUI version info\n\nSee logs for details"));
+        QVERIFY(m_launcher->waitForLog("Starting task Downloader for Kestrel"));
+        m_service->backend().accept(web());
+        QVERIFY(m_page->attach("/demo/"));
+        QVERIFY(m_page->waitFor("document.querySelector('.play')?.disabled"));
+        QVERIFY(!m_launcher->log().contains("ClientUpdateCompleted"));
+        m_service->content().faults().clear();
+        QVERIFY(m_page->waitFor(m_canPlay, 60000));
+        QVERIFY(!m_launcher->log().contains("Update failed"));
+        m_service->tree().announce("ks", "100");
+    }
+
     void saysThatItWaitsForASlowWebHost()
     {
         web().faults().set("/version.json", Fault::slow(20, 1));
