@@ -134,6 +134,8 @@ private slots:
             QVERIFY2(found > position, next);
             position = found;
         }
+        // The page has named its rules for pop-ups over the web channel.
+        QVERIFY(m_launcher->waitForLog("browserBreakoutFilter: New blacklist loaded ( 2 entries )"));
         QVERIFY(m_display->isVisible("Velkor Launcher - version"));
         takePicture("page");
     }

@@ -6,6 +6,7 @@
 #include "tests/testkit/temporaryhome.h"
 #include "tools/backend/httpsserver.h"
 #include "web/browserbreakoutfilter.h"
+#include "web/customwebengineview.h"
 #include "web/customwebpage.h"
 
 #include <QApplication>
@@ -13,6 +14,7 @@
 #include <QSignalSpy>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <QWebEngineProfile>
 #include <QWebEngineView>
 #include <QWebSocket>
 #include <QtTest>
@@ -126,6 +128,7 @@ private slots:
         QVERIFY(m_web->open());
         auto deployment = sampleDeployment();
         deployment.launcherWebHost = QStringLiteral("127.0.0.1:%1").arg(m_web->port());
+        deployment.testWebHost = "launcher-test.example:8443";
         deployment.commandHosts = QStringList{"127.0.0.1"};
         Settings::useDeployment(deployment);
         settings()->setCacheFolder(m_cache.path());
@@ -382,6 +385,21 @@ private slots:
         QTRY_COMPARE(m_openedOutside, QVector<QUrl>{QUrl(foreign("shop"))});
         load(foreign()); // the main page goes where it wants
         QCOMPARE(m_openedOutside.size(), 1);
+    }
+
+    void removesOldLoginsToTestServersOnce()
+    {
+        const auto path = QWebEngineProfile::defaultProfile()->persistentStoragePath() +
+                          "/Local Storage/https_launcher-test.example_0.localstorage";
+        const auto done = QStringLiteral("LauncherHasClearedLocalStorageAfterSsoFailure");
+        settings()->store().remove(done);
+        writeSample(path + "-journal", "stale"); // without the file that it belongs to
+        std::make_unique<CustomWebEngineView>();
+        QVERIFY(!QFile::exists(path + "-journal"));
+        QVERIFY(settings()->store().value(done).toBool());
+        writeSample(path, "fresh");
+        std::make_unique<CustomWebEngineView>();
+        QVERIFY(QFile::exists(path));
     }
 
     void letsLocalProgramsSendTexts()
