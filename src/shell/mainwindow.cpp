@@ -4,6 +4,7 @@
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
+#include "shell/frameresizer.h"
 #include "shell/settingsdialog.h"
 #include "shell/titlebar.h"
 #include "shell/traystatus.h"
@@ -21,39 +22,14 @@
 #include <QScreen>
 #include <QSystemTrayIcon>
 #include <QUrl>
-#include <QWindow>
 
 namespace
 {
 constexpr int firstRefreshDelayMs = 300;
-constexpr int resizeMargin = 5;
 constexpr int minTitleBarHeight = 36;
 constexpr int maxTitleBarHeight = 96;
 
 QString geometryKey() { return QStringLiteral("LauncherWindowGeometry"); }
-
-Qt::Edges edgesAt(const QPoint& position, const QSize& size)
-{
-    Qt::Edges edges;
-    if (position.x() < resizeMargin)
-        edges |= Qt::LeftEdge;
-    if (position.x() >= size.width() - resizeMargin)
-        edges |= Qt::RightEdge;
-    if (position.y() < resizeMargin)
-        edges |= Qt::TopEdge;
-    if (position.y() >= size.height() - resizeMargin)
-        edges |= Qt::BottomEdge;
-    return edges;
-}
-
-Qt::CursorShape cursorFor(Qt::Edges edges)
-{
-    if (edges == (Qt::LeftEdge | Qt::TopEdge) || edges == (Qt::RightEdge | Qt::BottomEdge))
-        return Qt::SizeFDiagCursor;
-    if (edges == (Qt::RightEdge | Qt::TopEdge) || edges == (Qt::LeftEdge | Qt::BottomEdge))
-        return Qt::SizeBDiagCursor;
-    return edges & (Qt::LeftEdge | Qt::RightEdge) ? Qt::SizeHorCursor : Qt::SizeVerCursor;
-}
 } // namespace
 
 MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFolder())
@@ -87,7 +63,7 @@ MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFold
         m_titleBar->setFixedHeight(qBound(minTitleBarHeight, height, maxTitleBarHeight));
     });
     createInterface();
-    qApp->installEventFilter(this);
+    new FrameResizer(this);
 }
 
 MainWindow::~MainWindow()
@@ -325,24 +301,6 @@ void MainWindow::changeEvent(QEvent* event)
 {
     if (event->type() != QEvent::LanguageChange)
         QMainWindow::changeEvent(event);
-}
-
-// Without a frame the window's edges are for resizing, whatever widget lies there.
-bool MainWindow::eventFilter(QObject* watched, QEvent* event)
-{
-    if (watched != windowHandle() ||
-        (event->type() != QEvent::MouseMove && event->type() != QEvent::MouseButtonPress))
-        return QMainWindow::eventFilter(watched, event);
-    const auto* mouse = static_cast<QMouseEvent*>(event);
-    const auto edges = isMaximized() ? Qt::Edges() : edgesAt(mouse->pos(), size());
-    if (event->type() == QEvent::MouseMove) {
-        if (edges)
-            windowHandle()->setCursor(cursorFor(edges));
-        else
-            windowHandle()->unsetCursor();
-        return false;
-    }
-    return edges && mouse->button() == Qt::LeftButton && windowHandle()->startSystemResize(edges);
 }
 
 void MainWindow::logShutdown() const
