@@ -62,7 +62,7 @@ QString md5OfFile(const QString& path)
 
 QString md5InName(const QString& cachedName)
 {
-    static const QRegularExpression pattern(QStringLiteral("_([0-9a-f]{32})$"));
+    static const QRegularExpression pattern(QStringLiteral("_([0-9a-f]{32})\\z"));
     return pattern.match(cachedName).captured(1);
 }
 } // namespace

@@ -70,7 +70,7 @@ QString Bundle::readList(const QByteArray& json)
 
 QString Bundle::checkChunk(const QJsonValue& value, int number) const
 {
-    static const QRegularExpression md5(QStringLiteral("^[0-9a-f]{32}$"));
+    static const QRegularExpression md5(QStringLiteral("^[0-9a-f]{32}\\z"));
     const auto chunk = value.toObject();
     const auto size = chunk.value(QLatin1String("size")).toDouble(-1);
     if (chunk.value(QLatin1String("name")).toString() != ChunkReader::chunkFile(m_index->getName(), number))

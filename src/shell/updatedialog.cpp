@@ -82,7 +82,7 @@ void UpdateDialog::setUpWindow()
 
 bool UpdateDialog::isUsableVersion(const QString& version)
 {
-    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9][A-Za-z0-9._-]{0,63}$"));
+    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9][A-Za-z0-9._-]{0,63}\\z"));
     return word.match(version).hasMatch();
 }
 

@@ -26,7 +26,7 @@ bool BuildPublisher::publish(QString* error)
 
 bool BuildPublisher::checkOptions(QString* error) const
 {
-    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9._-]+$"));
+    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9._-]+\\z"));
     if (!word.match(m_options.server).hasMatch())
         *error = QStringLiteral("--server must be a catalogue key, such as ks");
     else if (!word.match(m_options.build).hasMatch())

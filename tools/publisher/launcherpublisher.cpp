@@ -10,7 +10,7 @@
 
 bool LauncherPublisher::checkOptions(QString* error) const
 {
-    static const QRegularExpression number(QStringLiteral("^[0-9]+$"));
+    static const QRegularExpression number(QStringLiteral("^[0-9]+\\z"));
     static const QStringList channels{QStringLiteral("release"), QStringLiteral("beta"),
                                       QStringLiteral("dev")};
     const auto isProgram = [this](const char* name) {

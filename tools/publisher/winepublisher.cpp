@@ -11,7 +11,7 @@
 
 bool WinePublisher::checkOptions(QString* error) const
 {
-    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9._-]+$"));
+    static const QRegularExpression word(QStringLiteral("^[A-Za-z0-9._-]+\\z"));
     if (!word.match(m_options.version).hasMatch())
         *error = QStringLiteral("--version must be a word, such as 8.0-2");
     else if (!QFileInfo(m_options.from).isDir())
