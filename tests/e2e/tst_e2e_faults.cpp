@@ -60,6 +60,7 @@ private slots:
         LauncherProcess launcher(m_service->backend());
         for (const int requests : {5, 100, 300, 500}) {
             m_service->reset();
+            m_service->content().faults().set("/*", Fault::slow(80000)); // or all are there at once
             launcher.start({"-d", "-k", "-e"});
             QTRY_VERIFY_WITH_TIMEOUT(int(m_service->content().requests().size()) > requests, 60000);
             launcher.process().kill();
@@ -67,6 +68,7 @@ private slots:
             QVERIFY(!isInstalled(launcher, client));
             QCOMPARE(badCacheFile(launcher.cache()), QString());
         }
+        m_service->reset();
         QCOMPARE(launcher.refreshOnce(), 0);
         QVERIFY(isInstalled(launcher, client));
         QCOMPARE(badCacheFile(launcher.cache()), QString());
