@@ -58,7 +58,7 @@ private slots:
     {
         const auto client = publishMany("100", 2000, 4000);
         LauncherProcess launcher(m_service->backend());
-        for (const int requests : {5, 100, 300, 500}) {
+        for (const int requests : {5, 60, 150, 250}) {
             m_service->reset();
             m_service->content().faults().set("/*", Fault::slow(80000)); // or all are there at once
             launcher.start({"-d", "-k", "-e"});
