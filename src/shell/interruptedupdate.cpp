@@ -13,8 +13,9 @@
 void finishInterruptedUpdate()
 {
     const auto folder = QFileInfo(QFile::symLinkTarget(QStringLiteral("/proc/self/exe"))).path();
-    if (!QFileInfo::exists(InstallFolder::journal(folder)) ||
-        qEnvironmentVariableIsSet(InstallFolder::stuckVariable))
+    const bool isStuck = qEnvironmentVariableIsSet(InstallFolder::stuckVariable);
+    qunsetenv(InstallFolder::stuckVariable); // it says nothing to those that this process starts
+    if (isStuck || !QFileInfo::exists(InstallFolder::journal(folder)))
         return;
     const auto program = QFile::encodeName(InstallFolder::updater(folder));
     ::execl(program.constData(), program.constData(), "--finish", QFile::encodeName(folder).constData(),

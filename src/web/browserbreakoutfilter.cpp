@@ -29,6 +29,7 @@ QStringList prefixesOf(const QJsonValue& value)
 
 browserBreakoutFilter::browserBreakoutFilter(QObject* parent) : QObject(parent)
 {
+    m_network.setTransferTimeout();
     m_network.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &browserBreakoutFilter::autoUpdate);

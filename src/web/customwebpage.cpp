@@ -16,7 +16,8 @@
 
 namespace
 {
-/** From this length on, a page that does not come keeps only the newest progress of each server waiting. */
+/** Whenever the queue has grown by so many, a page that does not come keeps only the newest progress of each
+ * server waiting. */
 constexpr int longQueue = 1000;
 
 /** The address as it may stand in a log: what a login puts behind it stays out. */
@@ -52,7 +53,7 @@ void CustomWebPage::executeJavaScript(const QString& script)
     }
     qDebug().noquote() << "Queueing" << script;
     m_pendingScripts.enqueue(script);
-    if (m_pendingScripts.size() >= longQueue)
+    if (m_pendingScripts.size() % longQueue == 0)
         dropSupersededProgress();
 }
 

@@ -75,7 +75,7 @@ WebGui::WebGui(QWidget* parent)
     layout->setContentsMargins(0, 0, 0, 0);
     connect(m_api, &WebAPI::browserBreakoutFilterURLUpdated, this, [this](const QString& url) {
         auto* filter = Settings::instance()->getBrowserBreakoutFilter();
-        if (filter && m_page && m_page->mayCommand(QUrl()))
+        if (filter && m_page && m_page->mayCommand(m_page->url()))
             filter->update(QUrl(url, QUrl::TolerantMode));
     });
     m_channel->registerObject(QStringLiteral("settings"), m_api);
@@ -217,6 +217,8 @@ QUrl WebGui::pageAddress(const QString& guiVersion) const
 
 void WebGui::loadPage(const QString& guiVersion)
 {
+    if (!m_page) // closed meanwhile
+        return;
     const auto address = pageAddress(guiVersion);
     addSecretsOf(address);
     m_errorPageShown = false;

@@ -24,12 +24,20 @@ constexpr auto usage =
     "With --finish it ends what an interrupted run has left.\n";
 constexpr std::chrono::seconds longestWait(60);
 
+/** In the cache folder, where the launcher starts the updater; none where it only finishes an earlier run,
+ * for then it stands wherever the player has started the launcher. */
+QString& logFile()
+{
+    static QString path;
+    return path;
+}
+
 void log(const QString& text)
 {
     const auto line = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs) + QLatin1Char('\t') + text;
     std::fprintf(stderr, "%s\n", qPrintable(line));
-    QFile file(QStringLiteral("updater.log")); // in the cache folder, where the launcher starts the updater
-    if (file.open(QIODevice::Append))
+    QFile file(logFile());
+    if (!logFile().isEmpty() && file.open(QIODevice::Append))
         file.write(line.toUtf8() + '\n');
 }
 
@@ -79,7 +87,8 @@ int finish(const QString& folder)
 
 int install(const QString& resources, const QString& indexFile, const QString& folder)
 {
-    QFile::remove(QStringLiteral("updater.log"));
+    logFile() = QStringLiteral("updater.log");
+    QFile::remove(logFile());
     waitForLauncher();
     QFile file(indexFile);
     const auto index = file.open(QIODevice::ReadOnly) ? parseIndex(file.readAll(), indexFile) : IndexPtr();
