@@ -37,11 +37,16 @@ QStringList TreeVerifier::verify()
     return m_problems;
 }
 
-void TreeVerifier::verifyAnnouncement(const QString& fileName)
+/** Null where the file cannot be read or is no JSON. */
+QJsonDocument TreeVerifier::readJson(const QString& fileName) const
 {
     QFile file(m_tree + QLatin1Char('/') + fileName);
-    const auto object =
-        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()) : QJsonDocument();
+}
+
+void TreeVerifier::verifyAnnouncement(const QString& fileName)
+{
+    const auto object = readJson(fileName).object();
     const auto build = object.value(QLatin1String("build")).toString();
     if (build.isEmpty()) {
         m_problems << QStringLiteral("%1 names no build").arg(fileName);
@@ -55,9 +60,7 @@ void TreeVerifier::verifyAnnouncement(const QString& fileName)
 
 void TreeVerifier::verifyWineVersions(const QString& fileName)
 {
-    QFile file(m_tree + QLatin1Char('/') + fileName);
-    const auto versions =
-        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).array() : QJsonArray();
+    const auto versions = readJson(fileName).array();
     if (versions.isEmpty())
         m_problems << QStringLiteral("%1 lists no version").arg(fileName);
     for (const auto& value : versions) {
@@ -71,9 +74,7 @@ void TreeVerifier::verifyWineVersions(const QString& fileName)
 
 void TreeVerifier::verifyLauncher(const QString& fileName)
 {
-    QFile file(m_tree + QLatin1Char('/') + fileName);
-    const auto object =
-        file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    const auto object = readJson(fileName).object();
     const auto version = object.value(QLatin1String("version")).toString();
     if (version.isEmpty())
         m_problems << QStringLiteral("%1 names no version").arg(fileName);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QJsonDocument>
 #include <QSet>
 #include <QString>
 #include <QStringList>
@@ -17,6 +18,7 @@ public:
     int checkedFiles() const { return m_checked.size() + m_chunks + m_patches; }
 
 private:
+    QJsonDocument readJson(const QString& fileName) const;
     void verifyAnnouncement(const QString& fileName);
     void verifyWineVersions(const QString& fileName);
     void verifyLauncher(const QString& fileName);
