@@ -73,23 +73,29 @@ private:
         }
         return {};
     }
-    /** The launchers that run from the installation. */
-    QVector<pid_t> running() const
+    static QVector<pid_t> processesOf(const QString& program)
     {
         QVector<pid_t> found;
         const auto processes = QDir("/proc").entryList(QDir::Dirs);
         for (const auto& process : processes) {
-            if (QFile::symLinkTarget("/proc/" + process + "/exe")
-                    .startsWith(installFolder() + "/velkorlauncher"))
+            if (QFile::symLinkTarget("/proc/" + process + "/exe").startsWith(program))
                 found << process.toInt();
         }
         return found;
     }
+    /** The launchers that run from the installation. */
+    QVector<pid_t> running() const { return processesOf(installFolder() + "/velkorlauncher"); }
+    /** Ends them, also those that an updater is just starting: until it is replaced, its child is an updater.
+     */
     void endAll()
     {
-        for (const auto process : running())
-            ::kill(process, SIGKILL);
-        QTRY_VERIFY_WITH_TIMEOUT(running().isEmpty(), 20000);
+        const auto stillRunning = [this] {
+            const auto left = running() + processesOf(versionFolder(m_next) + "/updater");
+            for (const auto process : left)
+                ::kill(process, SIGKILL);
+            return !left.isEmpty();
+        };
+        QTRY_VERIFY_WITH_TIMEOUT(!stillRunning(), 20000);
     }
     void newLauncher(const QString& platform = "xcb")
     {
