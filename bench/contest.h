@@ -38,3 +38,5 @@ QVector<ContestResult> benchStaging();
 QVector<ContestResult> benchStart();
 QVector<ContestResult> benchTransfer();
 QVector<ContestResult> benchVerify();
+/** How well the download limit is kept: the mean of half a minute, and the fastest second. */
+QVector<ContestResult> benchLimit();

@@ -1,5 +1,6 @@
 #include "bench/contest.h"
 #include "download/downloadfromindextask.h"
+#include "download/ratelimiter.h"
 #include "settings/settings.h"
 #include "tests/testkit/sample.h"
 #include "tests/testkit/temporaryhome.h"
@@ -10,7 +11,10 @@
 #include <QProcess>
 #include <QTcpServer>
 #include <QThread>
+#include <QTimer>
 
+#include <algorithm>
+#include <numeric>
 #include <sys/resource.h>
 
 namespace
@@ -130,24 +134,92 @@ double downloadWithCurl(const Files& files, const Nginx& server)
                          QStringLiteral("10"), QStringLiteral("-K"), QStringLiteral("list")},
                         folder.path());
 }
-} // namespace
-
-QVector<ContestResult> benchDownload()
+/** Lets the web server, which may run as somebody else, into the folder. */
+void openToOthers(const QTemporaryDir& folder)
 {
-    const QTemporaryDir folder;
     QFile::setPermissions(folder.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner |
                                              QFile::ReadOther | QFile::ExeOther);
-    const auto tree = folder.filePath(QStringLiteral("tree"));
-    const QVector<Files> sets{makeFiles(tree, QStringLiteral("5,000 files of 20 KB"), 5000, 20000),
-                              makeFiles(tree, QStringLiteral("40 files of 50 MB"), 40, 50000000)};
-    const Nginx server(tree);
+}
+
+void useServer(const Nginx& server)
+{
     auto deployment = sampleDeployment();
     deployment.extraCaCertificates = server.authority();
     QString error;
     if (!deployment.trustExtraCertificates(&error))
         qFatal("%s", qPrintable(error));
     Settings::useDeployment(deployment);
+}
 
+/** All bytes that this process has read so far, from the network and from files. */
+qint64 bytesRead()
+{
+    QFile io(QStringLiteral("/proc/self/io"));
+    return io.open(QIODevice::ReadOnly) ? io.readLine().mid(7).trimmed().toLongLong() : 0;
+}
+
+/** What was read in each of so many seconds of a download. */
+QVector<double> secondsOf(const Files& files, const QString& baseUrl, int count)
+{
+    const QTemporaryDir cache;
+    DownloadFromIndexTask task(QStringLiteral("benchmark"), files.index, baseUrl, cache.path());
+    QVector<double> seconds;
+    QEventLoop loop;
+    QTimer timer;
+    timer.setTimerType(Qt::PreciseTimer);
+    QElapsedTimer clock;
+    qint64 before = bytesRead();
+    QObject::connect(&timer, &QTimer::timeout, &loop, [&] {
+        const auto now = bytesRead();
+        seconds << static_cast<double>(now - std::exchange(before, now)) * 1000 /
+                       static_cast<double>(clock.restart());
+        if (seconds.size() > count) // the first one is that of the connection
+            loop.quit();
+    });
+    QObject::connect(&task, &Task::finished, [] { qFatal("There is too little to download"); });
+    task.go();
+    clock.start();
+    timer.start(1000);
+    loop.exec();
+    seconds.removeFirst();
+
+    return seconds;
+}
+} // namespace
+
+QVector<ContestResult> benchLimit()
+{
+    constexpr double megabyte = 1024 * 1024;
+    const QTemporaryDir folder;
+    openToOthers(folder);
+    const auto files = makeFiles(folder.path(), QStringLiteral("files"), 16, 50000000);
+    const Nginx server(folder.path());
+    useServer(server);
+    QVector<ContestResult> results;
+    for (const int limit : {1, 5, 20}) {
+        RateLimiter::instance()->setLimit(static_cast<qint64>(limit * megabyte));
+        const auto seconds = secondsOf(files, server.baseUrl(), 30);
+        const double mean = std::accumulate(seconds.cbegin(), seconds.cend(), 0.0) / seconds.size();
+        const double fastest = *std::max_element(seconds.cbegin(), seconds.cend());
+        const auto work = QStringLiteral("limit of %1 MB/s: %2").arg(limit);
+        results << ContestResult{work.arg(QStringLiteral("mean of 30 s")), QStringLiteral("the limit"),
+                                 mean / megabyte / limit, QStringLiteral("0.95 to 1.05")};
+        results << ContestResult{work.arg(QStringLiteral("fastest second")), QStringLiteral("the limit"),
+                                 fastest / megabyte / limit, QStringLiteral("at most 1.2")};
+    }
+    RateLimiter::instance()->setLimit(0);
+    return results;
+}
+
+QVector<ContestResult> benchDownload()
+{
+    const QTemporaryDir folder;
+    openToOthers(folder);
+    const auto tree = folder.filePath(QStringLiteral("tree"));
+    const QVector<Files> sets{makeFiles(tree, QStringLiteral("5,000 files of 20 KB"), 5000, 20000),
+                              makeFiles(tree, QStringLiteral("40 files of 50 MB"), 40, 50000000)};
+    const Nginx server(tree);
+    useServer(server);
     QVector<ContestResult> results;
     for (const auto& files : sets) {
         const auto work = QStringLiteral("download %1, checked and renamed").arg(files.name);

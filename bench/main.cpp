@@ -31,7 +31,7 @@ int main(int argc, char** argv)
         {QStringLiteral("write"), QStringLiteral("Write the table to a file"), QStringLiteral("file")});
     parser.addOption(
         {QStringLiteral("only"),
-         QStringLiteral("Run one group: index, scan, staging, start, transfer, verify, download"),
+         QStringLiteral("Run one group: index, scan, staging, start, transfer, verify, download, limit"),
          QStringLiteral("group")});
     parser.addOption({QStringLiteral("memory"),
                       QStringLiteral("Measure the memory of parsing, for another run"),
@@ -48,7 +48,7 @@ int main(int argc, char** argv)
         {QStringLiteral("index"), benchIndex},       {QStringLiteral("scan"), benchScan},
         {QStringLiteral("staging"), benchStaging},   {QStringLiteral("start"), benchStart},
         {QStringLiteral("transfer"), benchTransfer}, {QStringLiteral("verify"), benchVerify},
-        {QStringLiteral("download"), benchDownload},
+        {QStringLiteral("download"), benchDownload}, {QStringLiteral("limit"), benchLimit},
     };
     QVector<ContestResult> results;
     for (const auto& group : groups) {

@@ -1,5 +1,7 @@
 #include "download/downloader.h"
 
+#include "download/ratelimiter.h"
+
 #include <QDebug>
 #include <QHostInfo>
 #include <QNetworkAccessManager>
@@ -47,7 +49,7 @@ Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(u
 // The reply must not be taken for that of the next download.
 Downloader::~Downloader()
 {
-    if (!m_reply || m_reply->isFinished())
+    if (!m_reply)
         return;
     m_reply->blockSignals(true);
     m_reply->abort();
@@ -69,6 +71,9 @@ void Downloader::issueRequest()
     request.setTransferTimeout(stallTimeoutMs);
     auto* reply = getManager()->get(request);
     m_reply = reply;
+    reply->setReadBufferSize(RateLimiter::instance()->bufferSize());
+    connect(reply, &QNetworkReply::readyRead, this, &Downloader::read);
+    connect(RateLimiter::instance(), &RateLimiter::refilled, this, &Downloader::read);
     connect(reply, &QNetworkReply::downloadProgress, this, &Downloader::onDownloadProgress);
     connect(
         reply, &QNetworkReply::sslErrors, this,
@@ -91,15 +96,34 @@ void Downloader::onSslErrors(QNetworkReply* reply, const QList<QSslError>& error
                          << "got ssl errors:" << describeSslErrors(errors);
 }
 
+void Downloader::read()
+{
+    if (!m_reply)
+        return;
+    m_contents +=
+        m_reply->read(RateLimiter::instance()->take(m_reply->bytesAvailable(), RateLimiter::Kind::Document));
+    if (!m_ended || m_reply->bytesAvailable() > 0)
+        return;
+    m_reply->deleteLater();
+    m_reply.clear();
+    emit finished(this);
+}
+
 void Downloader::getFinished(QNetworkReply* reply)
 {
-    reply->deleteLater();
+    if (m_ended)
+        return;
+    m_ended = true;
+    if (reply != m_reply)
+        m_contents.clear();
+    m_reply = reply;
     if (reply->error() == QNetworkReply::NoError) {
-        m_contents = reply->readAll();
-        setError(NoError);
-    } else {
-        fail(reply);
+        read();
+        return;
     }
+    fail(reply);
+    reply->deleteLater();
+    m_reply.clear();
     emit finished(this);
 }
 

@@ -15,8 +15,8 @@ class QNetworkReply;
  * Fetches one URL into memory.
  *
  * Error codes: 1 unknown or transport error, 2 not found (404), 9 access denied (401). The error string is
- * the network layer's text. Nothing is tried twice. Main thread; all objects share one network access
- * manager.
+ * the network layer's text. Nothing is tried twice. The body comes as fast as RateLimiter lets it. Main
+ * thread; all objects share one network access manager.
  */
 class Downloader : public Task, public LiveCount<Downloader>
 {
@@ -55,11 +55,13 @@ private slots:
     void onSslErrors(QNetworkReply* reply, const QList<QSslError>& errors);
 
 private:
+    void read();
     void fail(QNetworkReply* reply);
     static QNetworkAccessManager*& sharedManager();
 
     const QUrl m_url;
     QPointer<QNetworkReply> m_reply;
+    bool m_ended = false; // all of the body has arrived, and some of it may have to be read
     QByteArray m_contents;
     quint64 m_expectedSize = 0;
     QString m_progressMessage;

@@ -2,6 +2,7 @@
 
 #include "download/backgroundsaver.h"
 #include "download/patchmanager.h"
+#include "download/ratelimiter.h"
 #include "logging/formatmemory.h"
 
 #include <QDebug>
@@ -11,7 +12,6 @@
 
 namespace
 {
-constexpr int maxInFlight = 10;
 constexpr int maxRepeatsOfBadFile = 3;
 } // namespace
 
@@ -24,6 +24,10 @@ DownloadQueue::DownloadQueue(const QString& baseUrl, const QString& cacheRoot, c
     connect(m_saver, &BackgroundSaver::fileSucceeded, this, &DownloadQueue::onFileSucceeded);
     connect(m_saver, &BackgroundSaver::fileCorrupt, this, &DownloadQueue::onFileCorrupt);
     connect(m_saver, &BackgroundSaver::fileFailed, this, &DownloadQueue::onFileFailed);
+    const auto* limiter = RateLimiter::instance();
+    connect(limiter, &RateLimiter::refilled, this, &DownloadQueue::onRefilled);
+    connect(limiter, &RateLimiter::limitChanged, this, &DownloadQueue::onLimitChanged);
+    connect(limiter, &RateLimiter::heldChanged, this, &DownloadQueue::onHeldChanged);
     connect(&m_stallTimer, &QTimer::timeout, this, &DownloadQueue::abortStalledTransfers);
 }
 
@@ -39,6 +43,7 @@ void DownloadQueue::enqueue(const IndexEntryPtr& entry)
 void DownloadQueue::clear()
 {
     m_queue.clear();
+    m_stopped.clear();
     m_files.clear();
     m_retries.clear();
     m_corruptCounts.clear();
@@ -76,8 +81,9 @@ void DownloadQueue::downloadNextEntries()
 {
     QueueEntry next;
     QString fileName;
-    while (!m_paused && m_error == NoError && m_transfers.size() < maxInFlight &&
-           takeNextEntry(&next, &fileName))
+    const auto* limiter = RateLimiter::instance();
+    while (!m_paused && !limiter->isHeld() && m_error == NoError &&
+           m_transfers.size() < limiter->maxRequests() && takeNextEntry(&next, &fileName))
         issueRequest(next, fileName);
 }
 

@@ -38,7 +38,8 @@ public:
     void enqueue(const IndexEntryPtr& entry);
     /** Starts, or goes on after a pause. An empty queue finishes at once. */
     void startDownload();
-    /** Requests in flight run to their end, no new ones start. */
+    /** Requests in flight run to their end, no new ones start. While the RateLimiter is held these stop as
+     * well; they go on later where they stood. */
     void pauseDownload();
     /** Drops what waits, and forgets how the last run went. Not while it runs. */
     void clear();
@@ -64,6 +65,9 @@ signals:
 private slots:
     void getFinished(QNetworkReply* reply);
     void onDataAvailable();
+    void onRefilled();
+    void onLimitChanged();
+    void onHeldChanged(bool held);
     void onDownloadProgress();
     void onSslErrors(const QList<QSslError>& errors);
     void onFileSucceeded(const QString& url);
@@ -86,10 +90,14 @@ private:
     struct Transfer {
         QString url;
         QString fileName;
-        bool isPatch = false;
+        QString patchBase; // empty for a whole file
         bool storageFailed = false;
+        bool ended = false; // all has arrived, and some of it may have to be read
         qint64 received = 0;
+        qint64 continuesAt = 0; // where the answer is to begin, until it has
         QElapsedTimer sinceProgress;
+
+        bool isPatch() const { return !patchBase.isEmpty(); }
     };
 
     void goOn();
@@ -98,7 +106,12 @@ private:
     void issueRequest(const QueueEntry& next, const QString& fileName);
     /** The row of the file that a patch can start from; null for none. */
     IndexEntryPtr findPatchBase(const QueueEntry& next);
-    void get(const Transfer& transfer);
+    bool openTempFile(const Transfer& transfer, const IndexEntryPtr& entry);
+    void get(Transfer transfer);
+    void read(QNetworkReply* reply);
+    bool checkContinuation(const QNetworkReply* reply, Transfer* transfer);
+    Transfer stop(QNetworkReply* reply);
+    void settle(QNetworkReply* reply);
     void settleReply(QNetworkReply* reply, const Transfer& transfer);
     void handleTransferError(QNetworkReply* reply, const Transfer& transfer);
     void rescheduleFile(const QString& fileName);
@@ -118,6 +131,8 @@ private:
     QList<QueueEntry> m_queue;
     QMap<QString, File> m_inFlight; // by local file
     QHash<QNetworkReply*, Transfer> m_transfers;
+    QList<Transfer> m_stopped;       // to go on when the limiter is let go
+    int m_nextTurn = 0;              // who is the first to read
     QHash<QString, QString> m_files; // local file by URL
     QHash<QString, int> m_retries;
     QHash<QString, int> m_corruptCounts;

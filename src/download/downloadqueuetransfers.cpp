@@ -6,6 +6,7 @@
 #include "download/backgroundsaver.h"
 #include "download/downloader.h"
 #include "download/patchmanager.h"
+#include "download/ratelimiter.h"
 #include "telemetry/exceptionlogger.h"
 
 #include <QDebug>
@@ -14,6 +15,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 
+#include <algorithm>
 #include <limits>
 
 namespace
@@ -53,41 +55,52 @@ IndexEntryPtr DownloadQueue::findPatchBase(const QueueEntry& next)
 void DownloadQueue::issueRequest(const QueueEntry& next, const QString& fileName)
 {
     const auto& entry = next.entry;
-    const auto base = findPatchBase(next);
     Transfer transfer;
     transfer.fileName = fileName;
-    transfer.isPatch = bool(base);
-    bool prepared = false;
-    if (base) {
+    if (const auto base = findPatchBase(next)) {
+        transfer.patchBase = m_resFiles.resolve(base->cachedName);
         transfer.url =
             QUrl(QStringLiteral("%1patches/%2_%3.patch").arg(m_baseUrl, base->cachedName, entry->checksum))
                 .toString();
         qDebug().noquote() << "Patching" << fileName << "from" << base->cachedName;
         PatchManager::instance()->countRequested();
-        prepared = m_saver->createTempFileForPatch(transfer.url, fileName, static_cast<size_t>(entry->size),
-                                                   entry->checksum, m_resFiles.resolve(base->cachedName));
     } else {
         transfer.url = QUrl(m_baseUrl + entry->cachedName).toString();
         qDebug().noquote() << "Downloading" << fileName;
-        prepared = m_saver->createTempFile(transfer.url, fileName, entry->checksum);
     }
-    if (!prepared) {
+    if (!openTempFile(transfer, entry)) {
         qWarning().noquote() << "No temp file for" << fileName;
         failFile(fileName, DiskWriteError);
         return;
     }
     m_files.insert(transfer.url, fileName);
-    m_inFlight.insert(fileName, {entry, transfer.isPatch});
+    m_inFlight.insert(fileName, {entry, transfer.isPatch()});
     get(transfer);
 }
 
-void DownloadQueue::get(const Transfer& transfer)
+bool DownloadQueue::openTempFile(const Transfer& transfer, const IndexEntryPtr& entry)
 {
+    if (!transfer.isPatch())
+        return m_saver->createTempFile(transfer.url, transfer.fileName, entry->checksum);
+    return m_saver->createTempFileForPatch(transfer.url, transfer.fileName, static_cast<size_t>(entry->size),
+                                           entry->checksum, transfer.patchBase);
+}
+
+// The toolkit reads HTTP/2 as fast as it comes, so nothing holds the sender back there.
+void DownloadQueue::get(Transfer transfer)
+{
+    const auto* limiter = RateLimiter::instance();
     QNetworkRequest request(QUrl(transfer.url));
     request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::NoLessSafeRedirectPolicy);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, true);
+    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, !limiter->isLimited());
     request.setHttp2Configuration(wideWindows());
+    transfer.continuesAt = transfer.received;
+    if (transfer.continuesAt > 0) {
+        request.setRawHeader("Range", "bytes=" + QByteArray::number(transfer.continuesAt) + '-');
+        request.setRawHeader("Accept-Encoding", "identity");
+    }
     auto* reply = m_manager->get(request);
+    reply->setReadBufferSize(limiter->bufferSize());
     auto& stored = *m_transfers.insert(reply, transfer);
     stored.sinceProgress.start();
     connect(reply, &QNetworkReply::readyRead, this, &DownloadQueue::onDataAvailable);
@@ -95,25 +108,93 @@ void DownloadQueue::get(const Transfer& transfer)
     connect(reply, &QNetworkReply::sslErrors, this, &DownloadQueue::onSslErrors);
 }
 
-void DownloadQueue::onDataAvailable()
+void DownloadQueue::onDataAvailable() { read(qobject_cast<QNetworkReply*>(sender())); }
+
+// Each time another transfer reads first, so that none is left behind.
+void DownloadQueue::onRefilled()
 {
-    auto* reply = qobject_cast<QNetworkReply*>(sender());
+    auto replies = m_transfers.keys();
+    if (replies.isEmpty())
+        return;
+    std::rotate(replies.begin(), replies.begin() + (m_nextTurn++ % replies.size()), replies.end());
+    for (auto* reply : qAsConst(replies))
+        read(reply);
+}
+
+void DownloadQueue::onLimitChanged()
+{
+    const auto replies = m_transfers.keys();
+    for (auto* reply : replies)
+        reply->setReadBufferSize(RateLimiter::instance()->bufferSize());
+}
+
+void DownloadQueue::onHeldChanged(bool held)
+{
+    if (held) {
+        const auto replies = m_transfers.keys();
+        for (auto* reply : replies) {
+            if (!m_transfers[reply].ended)
+                m_stopped << stop(reply);
+        }
+        return;
+    }
+    m_sinceAnyProgress.start();
+    for (const auto& transfer : std::exchange(m_stopped, {}))
+        get(transfer);
+    goOn();
+}
+
+/** Ends the request; what has been read of it is kept for another one. */
+DownloadQueue::Transfer DownloadQueue::stop(QNetworkReply* reply)
+{
+    const auto transfer = m_transfers.take(reply);
+    reply->disconnect(this);
+    reply->abort();
+    reply->deleteLater();
+    return transfer;
+}
+
+/** Whether what comes is what follows. A server that cannot do that sends the file from its beginning. */
+bool DownloadQueue::checkContinuation(const QNetworkReply* reply, Transfer* transfer)
+{
+    const auto from = std::exchange(transfer->continuesAt, 0);
+    const auto status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    const auto range = "bytes " + QByteArray::number(from) + '-';
+    if (from == 0 || (status == 206 && reply->rawHeader("Content-Range").startsWith(range)))
+        return true;
+    m_progress.lose(std::exchange(transfer->received, 0));
+    return status == 200 && openTempFile(*transfer, m_inFlight.value(transfer->fileName).entry);
+}
+
+void DownloadQueue::read(QNetworkReply* reply)
+{
+    auto* limiter = RateLimiter::instance();
     const auto transfer = m_transfers.find(reply);
     if (transfer == m_transfers.end() || transfer->storageFailed)
         return;
+    if (limiter->isLimited() && !transfer->ended &&
+        reply->attribute(QNetworkRequest::Http2WasUsedAttribute).toBool()) {
+        get(stop(reply)); // goes on where it stood, over a connection that can be held back
+        return;
+    }
     try {
-        const auto bytes = reply->readAll();
-        transfer->received += bytes.size();
-        m_progress.receive(bytes.size());
-        transfer->sinceProgress.start();
-        m_sinceAnyProgress.start();
-        if (!m_saver->addData(transfer->url, bytes)) {
-            transfer->storageFailed = true;
-            reply->abort(); // ends in getFinished()
+        const bool isError = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt() >= 400;
+        const auto bytes = reply->read(limiter->take(reply->bytesAvailable(), RateLimiter::Kind::File));
+        if (!bytes.isEmpty() && !isError) {
+            const bool goesOn = checkContinuation(reply, &*transfer);
+            transfer->received += bytes.size();
+            m_progress.receive(bytes.size());
+            transfer->sinceProgress.start();
+            m_sinceAnyProgress.start();
+            transfer->storageFailed = !goesOn || !m_saver->addData(transfer->url, bytes);
         }
     } catch (const std::bad_alloc& error) {
         qWarning() << "DownloadQueue::onDataAvailable:" << error.what();
     }
+    if (transfer->ended && (transfer->storageFailed || reply->bytesAvailable() == 0))
+        settle(reply);
+    else if (transfer->storageFailed)
+        reply->abort(); // ends in getFinished()
 }
 
 void DownloadQueue::onDownloadProgress() { updateProgress(); }
@@ -127,8 +208,18 @@ void DownloadQueue::onSslErrors(const QList<QSslError>& errors)
 
 void DownloadQueue::getFinished(QNetworkReply* reply)
 {
-    if (!m_transfers.contains(reply))
+    const auto transfer = m_transfers.find(reply);
+    if (transfer == m_transfers.end())
         return;
+    transfer->ended = true;
+    if (reply->error() == QNetworkReply::NoError && !transfer->storageFailed)
+        read(reply);
+    else
+        settle(reply);
+}
+
+void DownloadQueue::settle(QNetworkReply* reply)
+{
     const auto transfer = m_transfers.take(reply);
     m_sinceAnyProgress.start();
     reply->deleteLater();
@@ -136,7 +227,7 @@ void DownloadQueue::getFinished(QNetworkReply* reply)
     if (!m_running) // that was the last one, and the owner may be filling the queue again
         return;
     updateProgress();
-    if (reply->error() == QNetworkReply::NoError || transfer.isPatch) {
+    if (reply->error() == QNetworkReply::NoError || transfer.isPatch()) {
         goOn();
     } else {
         // A network that has just failed needs a moment, and so does the connection to close: a request that
@@ -150,7 +241,7 @@ void DownloadQueue::settleReply(QNetworkReply* reply, const Transfer& transfer)
 {
     if (!transfer.storageFailed && reply->error() == QNetworkReply::NoError) {
         m_inFlight[transfer.fileName].received = transfer.received;
-        if (transfer.isPatch)
+        if (transfer.isPatch())
             m_saver->finalizePatch(transfer.url);
         else
             m_saver->finalize(transfer.url);
@@ -162,7 +253,7 @@ void DownloadQueue::settleReply(QNetworkReply* reply, const Transfer& transfer)
         onFileFailed(transfer.url);
         return;
     }
-    if (transfer.isPatch) {
+    if (transfer.isPatch()) {
         qDebug().noquote() << "No patch for" << transfer.fileName << reply->errorString();
         PatchManager::instance()->countFailed();
         rescheduleFile(transfer.fileName);
@@ -198,6 +289,8 @@ void DownloadQueue::abortStalledTransfers()
 {
     QList<QNetworkReply*> stalled;
     for (auto transfer = m_transfers.cbegin(); transfer != m_transfers.cend(); ++transfer) {
+        if (transfer.key()->bytesAvailable() > 0) // it waits for us, and not for the server
+            continue;
         const bool waiting = transfer->received == 0 && !m_sinceAnyProgress.hasExpired(m_stallTimeoutMs);
         if (!waiting && transfer->sinceProgress.hasExpired(m_stallTimeoutMs))
             stalled << transfer.key();

@@ -14,6 +14,7 @@ struct Fault {
         Cut,        // sends half of the body and closes the connection
         WrongBytes, // sends as many bytes as it should, but others
         Slow,       // sends at bytesPerSecond
+        NoRange,    // sends all where a part is asked for
     };
     Kind kind = Kind::None;
     int status = 0;
@@ -25,6 +26,7 @@ struct Fault {
     static Fault stall(int times = -1) { return {Kind::Stall, 0, 0, times}; }
     static Fault cut(int times = -1) { return {Kind::Cut, 0, 0, times}; }
     static Fault wrongBytes(int times = -1) { return {Kind::WrongBytes, 0, 0, times}; }
+    static Fault noRange(int times = -1) { return {Kind::NoRange, 0, 0, times}; }
     static Fault slow(int bytesPerSecond, int times = -1) { return {Kind::Slow, 0, bytesPerSecond, times}; }
 };
 

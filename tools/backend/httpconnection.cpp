@@ -69,8 +69,12 @@ void HttpConnection::respond(const HttpRequest& request)
     }
     m_body = response.body;
     m_length = m_file ? m_file->size() : m_body.size();
-    m_sent = 0;
-    sendHead(response, m_length);
+    m_sent = response.status == 200 ? startOf(request) : 0;
+    if (m_file)
+        m_file->seek(m_sent);
+    if (m_sent > 0)
+        response.status = 206;
+    sendHead(response);
     if (request.method == QLatin1String("HEAD"))
         m_sent = m_length;
     if (m_fault.kind == Fault::Kind::Slow) {
@@ -89,11 +93,25 @@ void HttpConnection::respond(const HttpRequest& request)
     sendBody();
 }
 
-void HttpConnection::sendHead(const HttpResponse& response, qint64 length)
+/** Where the part begins that is asked for: "bytes=N-" is the only form that is known. */
+qint64 HttpConnection::startOf(const HttpRequest& request) const
 {
+    const auto range = request.headers.value("range");
+    if (m_fault.kind == Fault::Kind::NoRange || !range.startsWith("bytes=") || !range.endsWith('-'))
+        return 0;
+    const auto start = range.mid(6, range.size() - 7).toLongLong();
+    return start > 0 && start < m_length ? start : 0;
+}
+
+void HttpConnection::sendHead(const HttpResponse& response)
+{
+    QByteArray range;
+    if (response.status == 206)
+        range = "\r\nContent-Range: bytes " + QByteArray::number(m_sent) + '-' +
+                QByteArray::number(m_length - 1) + '/' + QByteArray::number(m_length);
     m_socket->write(
         "HTTP/1.1 " + QByteArray::number(response.status) + " -\r\nContent-Type: " + response.contentType +
-        "\r\nContent-Length: " + QByteArray::number(length) +
+        "\r\nContent-Length: " + QByteArray::number(m_length - m_sent) + range +
         "\r\nConnection: " + (m_fault.kind == Fault::Kind::Cut ? "close" : "keep-alive") + "\r\n\r\n");
 }
 

@@ -44,7 +44,8 @@ private:
     void readRequests();
     bool takeRequest(HttpRequest* request);
     void respond(const HttpRequest& request);
-    void sendHead(const HttpResponse& response, qint64 length);
+    qint64 startOf(const HttpRequest& request) const;
+    void sendHead(const HttpResponse& response);
     void sendBody();
     QByteArray nextBytes(qint64 atMost);
 
