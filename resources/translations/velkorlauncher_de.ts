@@ -2,6 +2,57 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="de" sourcelanguage="en">
 <context>
+    <name>AdoptDialog</name>
+    <message>
+        <source>Use existing game files</source>
+        <translation>Vorhandene Spieldateien verwenden</translation>
+    </message>
+    <message>
+        <source>Game files that are on this machine already, from an older installation or from a copied disk, need not be downloaded. Name the folder that they are in: whatever matches is taken over, under whatever names. Nothing in the folder is changed.</source>
+        <translation>Spieldateien, die schon auf diesem Rechner liegen, aus einer älteren Installation oder von einer kopierten Festplatte, müssen nicht heruntergeladen werden. Geben Sie den Ordner an, in dem sie liegen: Was passt, wird übernommen, wie immer es heißt. In dem Ordner wird nichts verändert.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Ordner:</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Durchsuchen...</translation>
+    </message>
+    <message>
+        <source>&amp;Link files instead of copying them</source>
+        <translation>Dateien &amp;verknüpfen statt kopieren</translation>
+    </message>
+    <message>
+        <source>They take no more room then, where both folders are on one disk</source>
+        <translation>Sie brauchen dann keinen weiteren Platz, wenn beide Ordner auf einer Festplatte liegen</translation>
+    </message>
+    <message>
+        <source>Linked files are shared: do not play from the old folder any more, nor change files in it. It may be deleted.</source>
+        <translation>Verknüpfte Dateien werden geteilt: Spielen Sie nicht mehr aus dem alten Ordner, und ändern Sie keine Dateien darin. Er darf gelöscht werden.</translation>
+    </message>
+    <message>
+        <source>&amp;Use these files</source>
+        <translation>Diese Dateien ver&amp;wenden</translation>
+    </message>
+    <message>
+        <source>Folder with game files</source>
+        <translation>Ordner mit Spieldateien</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Einen solchen Ordner gibt es nicht.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be read.</source>
+        <translation>Der Ordner kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>That folder is, or contains, the launcher&apos;s own shared cache.</source>
+        <translation>Dieser Ordner ist oder enthält den gemeinsamen Cache des Launchers.</translation>
+    </message>
+</context>
+<context>
     <name>BundleUnpacker</name>
     <message>
         <source>Unpacking %1 of %2 files (%3)</source>
@@ -198,10 +249,229 @@
     </message>
 </context>
 <context>
+    <name>DownloadControl</name>
+    <message>
+        <source>Paused</source>
+        <translation>Angehalten</translation>
+    </message>
+    <message>
+        <source>Waiting until no client runs</source>
+        <translation>Wartet, bis kein Client läuft</translation>
+    </message>
+</context>
+<context>
     <name>DownloadFromIndexTask</name>
     <message>
         <source>Not enough room in %1: %2 needed, %3 free</source>
         <translation>Nicht genug Platz in %1: %2 werden gebraucht, %3 sind frei</translation>
+    </message>
+    <message>
+        <source>Looking for files in %1</source>
+        <translation>Dateien werden gesucht in %1</translation>
+    </message>
+</context>
+<context>
+    <name>DownloadPlanDialog</name>
+    <message>
+        <source>Download for %1</source>
+        <translation>Download für %1</translation>
+    </message>
+    <message>
+        <source>There does not seem to be enough room for %1.</source>
+        <translation>Für %1 scheint nicht genug Platz zu sein.</translation>
+    </message>
+    <message>
+        <source>%1 is about to be downloaded.</source>
+        <translation>%1 wird gleich heruntergeladen.</translation>
+    </message>
+    <message>
+        <source>To be downloaded:</source>
+        <translation>Herunterzuladen:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 in %n file(s)</source>
+        <translation>
+            <numerusform>%1 in %n Datei</numerusform>
+            <numerusform>%1 in %n Dateien</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There already:</source>
+        <translation>Schon da:</translation>
+    </message>
+    <message>
+        <source>Room needed:</source>
+        <translation>Benötigter Platz:</translation>
+    </message>
+    <message>
+        <source>Room left:</source>
+        <translation>Freier Platz:</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>unbekannt</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Ordner:</translation>
+    </message>
+    <message>
+        <source>The figure may be wrong, for example where the file system compresses files or where it makes room by itself. A download that finds no room stops; nothing is lost.</source>
+        <translation>Die Angabe kann falsch sein, zum Beispiel wenn das Dateisystem Dateien komprimiert oder von selbst Platz schafft. Ein Download, der keinen Platz findet, bricht ab; es geht nichts verloren.</translation>
+    </message>
+    <message>
+        <source>&quot;Not now&quot; pauses downloads until you resume them.</source>
+        <translation>„Nicht jetzt“ hält Downloads an, bis Sie sie fortsetzen.</translation>
+    </message>
+    <message>
+        <source>C&amp;ontinue anyway</source>
+        <translation>Tr&amp;otzdem fortfahren</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Herunterladen</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>Abbre&amp;chen</translation>
+    </message>
+    <message>
+        <source>&amp;Not now</source>
+        <translation>&amp;Nicht jetzt</translation>
+    </message>
+    <message numerus="yes">
+        <source>Without an answer the update is put off in %n second(s).</source>
+        <translation>
+            <numerusform>Ohne Antwort wird das Update in %n Sekunde verschoben.</numerusform>
+            <numerusform>Ohne Antwort wird das Update in %n Sekunden verschoben.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It begins by itself in %n second(s).</source>
+        <translation>
+            <numerusform>Er beginnt von selbst in %n Sekunde.</numerusform>
+            <numerusform>Er beginnt von selbst in %n Sekunden.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptions</name>
+    <message>
+        <source>The launch command has a quotation mark without its counterpart: %1</source>
+        <translation>Im Startbefehl fehlt ein Anführungszeichen: %1</translation>
+    </message>
+    <message>
+        <source>The program of the launch command cannot be found: %1</source>
+        <translation>Das Programm des Startbefehls ist nicht zu finden: %1</translation>
+    </message>
+    <message>
+        <source>An environment variable has to be written as NAME=value: %1</source>
+        <translation>Eine Umgebungsvariable muss als NAME=Wert geschrieben werden: %1</translation>
+    </message>
+    <message>
+        <source>The launcher needs the environment variable %1 itself</source>
+        <translation>Die Umgebungsvariable %1 braucht der Launcher selbst</translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptionsDialog</name>
+    <message>
+        <source>Launch options</source>
+        <translation>Startoptionen</translation>
+    </message>
+    <message>
+        <source>&amp;Command in front of Wine:</source>
+        <translation>&amp;Befehl vor Wine:</translation>
+    </message>
+    <message>
+        <source>For example &quot;gamemoderun&quot; or &quot;gamescope -f --&quot;. Leave it empty to start the game as usual.</source>
+        <translation>Zum Beispiel „gamemoderun“ oder „gamescope -f --“. Leer startet das Spiel wie üblich.</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Server:</translation>
+    </message>
+    <message>
+        <source>&amp;Environment variables of its clients, one on each line:</source>
+        <translation>&amp;Umgebungsvariablen seiner Clients, eine je Zeile:</translation>
+    </message>
+</context>
+<context>
+    <name>LogDialog</name>
+    <message>
+        <source>Log - Velkor Launcher</source>
+        <translation>Protokoll - Velkor Launcher</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>The selected lines, or all that are shown</source>
+        <translation>Die ausgewählten Zeilen oder alle, die zu sehen sind</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>Alles</translation>
+    </message>
+    <message>
+        <source>Notes and worse</source>
+        <translation>Hinweise und Schlimmeres</translation>
+    </message>
+    <message>
+        <source>Warnings and worse</source>
+        <translation>Warnungen und Schlimmeres</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Anzeigen:</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 von %2 Zeilen</translation>
+    </message>
+</context>
+<context>
+    <name>LogModel</name>
+    <message>
+        <source>%1 (Repeated %2 times)</source>
+        <translation>%1 (%2-mal wiederholt)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Zeit</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>Kategorie</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Meldung</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>Prozess</translation>
     </message>
 </context>
 <context>
@@ -354,6 +624,29 @@ Gemeinsamer Cache: %3</translation>
         <source>You have settings profiles for the client. Do you want to copy them to another server?</source>
         <translation>Sie haben Einstellungsprofile für den Client. Möchten Sie sie auf einen anderen Server kopieren?</translation>
     </message>
+    <message>
+        <source>Downloads are paused.</source>
+        <translation>Downloads sind angehalten.</translation>
+    </message>
+    <message>
+        <source>Downloads wait until no client runs.</source>
+        <translation>Downloads warten, bis kein Client läuft.</translation>
+    </message>
+    <message>
+        <source>Downloads go on.</source>
+        <translation>Downloads gehen weiter.</translation>
+    </message>
+    <message>
+        <source>What is missing is taken from %1 where it is there.</source>
+        <translation>Was fehlt, wird aus %1 genommen, soweit es dort liegt.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) with %1 need not be downloaded.</source>
+        <translation>
+            <numerusform>%n Datei mit %1 muss nicht heruntergeladen werden.</numerusform>
+            <numerusform>%n Dateien mit %1 müssen nicht heruntergeladen werden.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MigrateSettingsGui</name>
@@ -450,6 +743,68 @@ Gemeinsamer Cache: %3</translation>
     </message>
 </context>
 <context>
+    <name>ReportBundle</name>
+    <message>
+        <source>The report could not be made: %1</source>
+        <translation>Der Bericht konnte nicht erstellt werden: %1</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>%1 konnte nicht geschrieben werden: %2</translation>
+    </message>
+</context>
+<context>
+    <name>ReportDialog</name>
+    <message>
+        <source>Report for the support</source>
+        <translation>Bericht für den Support</translation>
+    </message>
+    <message>
+        <source>This is what the report will hold. Sign-in tokens, your name and your home folder are left out of it. Untick what you do not want to share. Nothing is sent: you save the report as a file.</source>
+        <translation>Das wird der Bericht enthalten. Anmeldedaten, Ihr Name und Ihr Benutzerordner bleiben draußen. Entfernen Sie das Häkchen bei allem, was Sie nicht teilen möchten. Es wird nichts gesendet: Sie speichern den Bericht als Datei.</translation>
+    </message>
+    <message>
+        <source>Parts of the report</source>
+        <translation>Teile des Berichts</translation>
+    </message>
+    <message>
+        <source>Content of the part</source>
+        <translation>Inhalt des Teils</translation>
+    </message>
+    <message>
+        <source>Looking at the network and the disk. This takes some seconds.</source>
+        <translation>Netzwerk und Festplatte werden untersucht. Das dauert einige Sekunden.</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Speichern...</translation>
+    </message>
+    <message>
+        <source>The report is ready to be saved.</source>
+        <translation>Der Bericht kann gespeichert werden.</translation>
+    </message>
+    <message>
+        <source>Save the report</source>
+        <translation>Bericht speichern</translation>
+    </message>
+    <message>
+        <source>Zip files (*.zip)</source>
+        <translation>Zip-Dateien (*.zip)</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>Gespeichert als %1.</translation>
+    </message>
+    <message>
+        <source>Nothing has been chosen.</source>
+        <translation>Es ist nichts ausgewählt.</translation>
+    </message>
+</context>
+<context>
     <name>ServerLine</name>
     <message>
         <source>Play on %1</source>
@@ -460,7 +815,7 @@ Gemeinsamer Cache: %3</translation>
         <translation>Fortschritt von %1</translation>
     </message>
     <message>
-        <source>The client's settings profile</source>
+        <source>The client&apos;s settings profile</source>
         <translation>Das Einstellungsprofil des Clients</translation>
     </message>
     <message>
@@ -629,7 +984,7 @@ Gemeinsamer Cache: %3</translation>
         <translation>Clients mit &amp;64 Bit starten:</translation>
     </message>
     <message>
-        <source>Start the client's 64-bit program</source>
+        <source>Start the client&apos;s 64-bit program</source>
         <translation>Das 64-Bit-Programm des Clients starten</translation>
     </message>
     <message>
@@ -737,7 +1092,7 @@ Gemeinsamer Cache: %3</translation>
         <translation>Wine-Vers&amp;ion</translation>
     </message>
     <message>
-        <source>"Latest" follows what the game's makers recommend</source>
+        <source>&quot;Latest&quot; follows what the game&apos;s makers recommend</source>
         <translation>„Neueste“ folgt dem, was die Macher des Spiels empfehlen</translation>
     </message>
     <message>
@@ -745,7 +1100,7 @@ Gemeinsamer Cache: %3</translation>
         <translation>WINEDEB&amp;UG</translation>
     </message>
     <message>
-        <source>What Wine writes to the log, such as "+loaddll,-all"</source>
+        <source>What Wine writes to the log, such as &quot;+loaddll,-all&quot;</source>
         <translation>Was Wine ins Protokoll schreibt, zum Beispiel „+loaddll,-all“</translation>
     </message>
     <message>
@@ -796,6 +1151,30 @@ Are you sure you want to continue?</source>
 
 Möchten Sie wirklich fortfahren?</translation>
     </message>
+    <message>
+        <source> MB/s</source>
+        <translation> MB/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Limit o&amp;f all downloads together:</source>
+        <translation>G&amp;renze für alle Downloads zusammen:</translation>
+    </message>
+    <message>
+        <source>0 is no limit</source>
+        <translation>0 ist keine Grenze</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloads until no client runs:</source>
+        <translation>Mit Downloads warten, bis &amp;kein Client läuft:</translation>
+    </message>
+    <message>
+        <source>Nothing is downloaded while you play; it goes on afterwards</source>
+        <translation>Während Sie spielen, wird nichts heruntergeladen; danach geht es weiter</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>
@@ -821,6 +1200,49 @@ Möchten Sie wirklich fortfahren?</translation>
     <message>
         <source>Close</source>
         <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>ToolsMenu</name>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>&amp;Werkzeuge</translation>
+    </message>
+    <message>
+        <source>Download &amp;limit</source>
+        <translation>Download&amp;grenze</translation>
+    </message>
+    <message>
+        <source>Use existing &amp;game files...</source>
+        <translation>&amp;Vorhandene Spieldateien verwenden...</translation>
+    </message>
+    <message>
+        <source>Launch &amp;options...</source>
+        <translation>Start&amp;optionen...</translation>
+    </message>
+    <message>
+        <source>&amp;Report for the support...</source>
+        <translation>&amp;Bericht für den Support...</translation>
+    </message>
+    <message>
+        <source>Resume &amp;downloads</source>
+        <translation>&amp;Downloads fortsetzen</translation>
+    </message>
+    <message>
+        <source>Pause &amp;downloads</source>
+        <translation>&amp;Downloads anhalten</translation>
+    </message>
+    <message>
+        <source>%1 MB/s</source>
+        <translation>%1 MB/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w the log...</source>
+        <translation>P&amp;rotokoll zeigen...</translation>
     </message>
 </context>
 <context>
@@ -876,7 +1298,7 @@ Möchten Sie wirklich fortfahren?</translation>
 <context>
     <name>UpdateDialog</name>
     <message>
-        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system's package manager.</source>
+        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system&apos;s package manager.</source>
         <translation>Version %1 des Launchers ist verfügbar. Dieser Launcher wurde von Ihrem System installiert: bitte aktualisieren Sie ihn mit der Paketverwaltung des Systems.</translation>
     </message>
     <message>
@@ -916,11 +1338,11 @@ Möchten Sie wirklich fortfahren?</translation>
         <translation>Das Dateiverzeichnis der neuen Version %1 wird heruntergeladen</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be downloaded.</source>
+        <source>The list of the new version&apos;s files could not be downloaded.</source>
         <translation>Die Liste der Dateien der neuen Version konnte nicht heruntergeladen werden.</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be saved.</source>
+        <source>The list of the new version&apos;s files could not be saved.</source>
         <translation>Die Liste der Dateien der neuen Version konnte nicht gespeichert werden.</translation>
     </message>
     <message>
@@ -1029,7 +1451,7 @@ Möchten Sie wirklich fortfahren?</translation>
         <translation>Fortschritt</translation>
     </message>
     <message>
-        <source>Verifying reads every file and compares it with what the game's makers have published.</source>
+        <source>Verifying reads every file and compares it with what the game&apos;s makers have published.</source>
         <translation>Beim Prüfen wird jede Datei gelesen und mit dem verglichen, was die Macher des Spiels veröffentlicht haben.</translation>
     </message>
     <message>
@@ -1116,7 +1538,7 @@ Möchten Sie wirklich fortfahren?</translation>
 <context>
     <name>WebGui</name>
     <message>
-        <source>Couldn't get GUI version info</source>
+        <source>Couldn&apos;t get GUI version info</source>
         <translation>Die Version der Oberfläche konnte nicht geholt werden</translation>
     </message>
     <message>
@@ -1124,7 +1546,7 @@ Möchten Sie wirklich fortfahren?</translation>
         <translation>Näheres steht im Protokoll</translation>
     </message>
     <message>
-        <source>Can't get GUI version info when offline</source>
+        <source>Can&apos;t get GUI version info when offline</source>
         <translation>Ohne Verbindung kann die Version der Oberfläche nicht geholt werden</translation>
     </message>
     <message>
@@ -1132,7 +1554,7 @@ Möchten Sie wirklich fortfahren?</translation>
         <translation>Fehler</translation>
     </message>
     <message>
-        <source>Couldn't establish gui version</source>
+        <source>Couldn&apos;t establish gui version</source>
         <translation>Die Version der Oberfläche konnte nicht bestimmt werden</translation>
     </message>
     <message>
@@ -1144,7 +1566,7 @@ Möchten Sie wirklich fortfahren?</translation>
         <translation>Bitte warten</translation>
     </message>
     <message>
-        <source>Couldn't load the page</source>
+        <source>Couldn&apos;t load the page</source>
         <translation>Die Seite konnte nicht geladen werden</translation>
     </message>
     <message>

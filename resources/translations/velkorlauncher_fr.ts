@@ -2,6 +2,57 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="fr" sourcelanguage="en">
 <context>
+    <name>AdoptDialog</name>
+    <message>
+        <source>Use existing game files</source>
+        <translation>Utiliser des fichiers de jeu existants</translation>
+    </message>
+    <message>
+        <source>Game files that are on this machine already, from an older installation or from a copied disk, need not be downloaded. Name the folder that they are in: whatever matches is taken over, under whatever names. Nothing in the folder is changed.</source>
+        <translation>Les fichiers de jeu qui se trouvent déjà sur cette machine, d&apos;une ancienne installation ou d&apos;un disque copié, n&apos;ont pas besoin d&apos;être téléchargés. Indiquez le dossier où ils sont : tout ce qui correspond est repris, quel que soit son nom. Rien n&apos;est modifié dans ce dossier.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Dossier :</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Parcourir...</translation>
+    </message>
+    <message>
+        <source>&amp;Link files instead of copying them</source>
+        <translation>&amp;Lier les fichiers au lieu de les copier</translation>
+    </message>
+    <message>
+        <source>They take no more room then, where both folders are on one disk</source>
+        <translation>Ils ne prennent alors pas plus de place, si les deux dossiers sont sur le même disque</translation>
+    </message>
+    <message>
+        <source>Linked files are shared: do not play from the old folder any more, nor change files in it. It may be deleted.</source>
+        <translation>Les fichiers liés sont partagés : ne jouez plus depuis l&apos;ancien dossier et n&apos;y modifiez pas de fichiers. Il peut être supprimé.</translation>
+    </message>
+    <message>
+        <source>&amp;Use these files</source>
+        <translation>&amp;Utiliser ces fichiers</translation>
+    </message>
+    <message>
+        <source>Folder with game files</source>
+        <translation>Dossier des fichiers de jeu</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Ce dossier n&apos;existe pas.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be read.</source>
+        <translation>Le dossier ne peut pas être lu.</translation>
+    </message>
+    <message>
+        <source>That folder is, or contains, the launcher&apos;s own shared cache.</source>
+        <translation>Ce dossier est, ou contient, le cache partagé du lanceur.</translation>
+    </message>
+</context>
+<context>
     <name>BundleUnpacker</name>
     <message>
         <source>Unpacking %1 of %2 files (%3)</source>
@@ -20,19 +71,19 @@
     </message>
     <message>
         <source>There is no cache to move</source>
-        <translation>Il n'y a pas de cache à déplacer</translation>
+        <translation>Il n&apos;y a pas de cache à déplacer</translation>
     </message>
     <message>
         <source>The new folder must not lie in the old one, nor the old one in it</source>
-        <translation>Le nouveau dossier ne doit pas se trouver dans l'ancien, ni l'ancien dans le nouveau</translation>
+        <translation>Le nouveau dossier ne doit pas se trouver dans l&apos;ancien, ni l&apos;ancien dans le nouveau</translation>
     </message>
     <message>
         <source>%1 is not empty</source>
-        <translation>%1 n'est pas vide</translation>
+        <translation>%1 n&apos;est pas vide</translation>
     </message>
     <message>
         <source>%1 cannot be written to</source>
-        <translation>Impossible d'écrire dans %1</translation>
+        <translation>Impossible d&apos;écrire dans %1</translation>
     </message>
     <message>
         <source>The cache is in use: please wait until the update has ended</source>
@@ -52,7 +103,7 @@
     </message>
     <message>
         <source>Removing the old folder</source>
-        <translation>Suppression de l'ancien dossier</translation>
+        <translation>Suppression de l&apos;ancien dossier</translation>
     </message>
     <message>
         <source>%1: %2</source>
@@ -60,7 +111,7 @@
     </message>
     <message>
         <source>%1 was not copied correctly</source>
-        <translation>%1 n'a pas été copié correctement</translation>
+        <translation>%1 n&apos;a pas été copié correctement</translation>
     </message>
 </context>
 <context>
@@ -108,7 +159,7 @@
 
 %2
 </source>
-        <translation>Une erreur de certificat s'est produite :
+        <translation>Une erreur de certificat s&apos;est produite :
 
 %1
 
@@ -194,7 +245,18 @@
     </message>
     <message>
         <source>%1 could not be written: %2</source>
-        <translation>%1 n'a pas pu être écrit : %2</translation>
+        <translation>%1 n&apos;a pas pu être écrit : %2</translation>
+    </message>
+</context>
+<context>
+    <name>DownloadControl</name>
+    <message>
+        <source>Paused</source>
+        <translation>En pause</translation>
+    </message>
+    <message>
+        <source>Waiting until no client runs</source>
+        <translation>Attend qu&apos;aucun client ne tourne</translation>
     </message>
 </context>
 <context>
@@ -202,6 +264,214 @@
     <message>
         <source>Not enough room in %1: %2 needed, %3 free</source>
         <translation>Pas assez de place dans %1 : %2 nécessaires, %3 libres</translation>
+    </message>
+    <message>
+        <source>Looking for files in %1</source>
+        <translation>Recherche de fichiers dans %1</translation>
+    </message>
+</context>
+<context>
+    <name>DownloadPlanDialog</name>
+    <message>
+        <source>Download for %1</source>
+        <translation>Téléchargement pour %1</translation>
+    </message>
+    <message>
+        <source>There does not seem to be enough room for %1.</source>
+        <translation>Il ne semble pas y avoir assez de place pour %1.</translation>
+    </message>
+    <message>
+        <source>%1 is about to be downloaded.</source>
+        <translation>%1 va être téléchargé.</translation>
+    </message>
+    <message>
+        <source>To be downloaded:</source>
+        <translation>À télécharger :</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 in %n file(s)</source>
+        <translation>
+            <numerusform>%1 dans %n fichier</numerusform>
+            <numerusform>%1 dans %n fichiers</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There already:</source>
+        <translation>Déjà là :</translation>
+    </message>
+    <message>
+        <source>Room needed:</source>
+        <translation>Place nécessaire :</translation>
+    </message>
+    <message>
+        <source>Room left:</source>
+        <translation>Place libre :</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>inconnue</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Dossier :</translation>
+    </message>
+    <message>
+        <source>The figure may be wrong, for example where the file system compresses files or where it makes room by itself. A download that finds no room stops; nothing is lost.</source>
+        <translation>Ce chiffre peut être faux, par exemple si le système de fichiers compresse les fichiers ou libère lui-même de la place. Un téléchargement qui ne trouve pas de place s&apos;arrête ; rien n&apos;est perdu.</translation>
+    </message>
+    <message>
+        <source>&quot;Not now&quot; pauses downloads until you resume them.</source>
+        <translation>« Pas maintenant » suspend les téléchargements jusqu&apos;à ce que vous les repreniez.</translation>
+    </message>
+    <message>
+        <source>C&amp;ontinue anyway</source>
+        <translation>C&amp;ontinuer quand même</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Télécharger</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Annuler</translation>
+    </message>
+    <message>
+        <source>&amp;Not now</source>
+        <translation>&amp;Pas maintenant</translation>
+    </message>
+    <message numerus="yes">
+        <source>Without an answer the update is put off in %n second(s).</source>
+        <translation>
+            <numerusform>Sans réponse, la mise à jour est reportée dans %n seconde.</numerusform>
+            <numerusform>Sans réponse, la mise à jour est reportée dans %n secondes.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It begins by itself in %n second(s).</source>
+        <translation>
+            <numerusform>Il commence de lui-même dans %n seconde.</numerusform>
+            <numerusform>Il commence de lui-même dans %n secondes.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptions</name>
+    <message>
+        <source>The launch command has a quotation mark without its counterpart: %1</source>
+        <translation>Il manque un guillemet dans la commande de lancement : %1</translation>
+    </message>
+    <message>
+        <source>The program of the launch command cannot be found: %1</source>
+        <translation>Le programme de la commande de lancement est introuvable : %1</translation>
+    </message>
+    <message>
+        <source>An environment variable has to be written as NAME=value: %1</source>
+        <translation>Une variable d&apos;environnement doit s&apos;écrire NOM=valeur : %1</translation>
+    </message>
+    <message>
+        <source>The launcher needs the environment variable %1 itself</source>
+        <translation>Le lanceur a lui-même besoin de la variable d&apos;environnement %1</translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptionsDialog</name>
+    <message>
+        <source>Launch options</source>
+        <translation>Options de lancement</translation>
+    </message>
+    <message>
+        <source>&amp;Command in front of Wine:</source>
+        <translation>&amp;Commande devant Wine :</translation>
+    </message>
+    <message>
+        <source>For example &quot;gamemoderun&quot; or &quot;gamescope -f --&quot;. Leave it empty to start the game as usual.</source>
+        <translation>Par exemple « gamemoderun » ou « gamescope -f -- ». Laissez vide pour lancer le jeu normalement.</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Serveur :</translation>
+    </message>
+    <message>
+        <source>&amp;Environment variables of its clients, one on each line:</source>
+        <translation>Variables d&apos;&amp;environnement de ses clients, une par ligne :</translation>
+    </message>
+</context>
+<context>
+    <name>LogDialog</name>
+    <message>
+        <source>Log - Velkor Launcher</source>
+        <translation>Journal - Velkor Launcher</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Copier</translation>
+    </message>
+    <message>
+        <source>The selected lines, or all that are shown</source>
+        <translation>Les lignes sélectionnées, ou toutes celles qui sont affichées</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>Tout</translation>
+    </message>
+    <message>
+        <source>Notes and worse</source>
+        <translation>Remarques et plus grave</translation>
+    </message>
+    <message>
+        <source>Warnings and worse</source>
+        <translation>Avertissements et plus grave</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Erreurs</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Niveau</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>&amp;Afficher :</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Rechercher</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Journal</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 lignes sur %2</translation>
+    </message>
+</context>
+<context>
+    <name>LogModel</name>
+    <message>
+        <source>%1 (Repeated %2 times)</source>
+        <translation>%1 (répété %2 fois)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Heure</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Niveau</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>Catégorie</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Message</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>Processus</translation>
     </message>
 </context>
 <context>
@@ -268,7 +538,7 @@
     </message>
     <message>
         <source>The client for %1 is running</source>
-        <translation>Le client de %1 est en cours d'exécution</translation>
+        <translation>Le client de %1 est en cours d&apos;exécution</translation>
     </message>
     <message>
         <source>The client for %1 has crashed</source>
@@ -276,7 +546,7 @@
     </message>
     <message>
         <source>The client for %1 has ended with exit code %2</source>
-        <translation>Le client de %1 s'est terminé avec le code %2</translation>
+        <translation>Le client de %1 s&apos;est terminé avec le code %2</translation>
     </message>
     <message>
         <source>About</source>
@@ -320,7 +590,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Cache folder does not exist and could not be created at {1}</source>
-        <translation>Le dossier du cache n'existe pas et n'a pas pu être créé dans {1}</translation>
+        <translation>Le dossier du cache n&apos;existe pas et n&apos;a pas pu être créé dans {1}</translation>
     </message>
     <message>
         <source>Checking Wine</source>
@@ -328,7 +598,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Wine could not be updated: %1</source>
-        <translation>Wine n'a pas pu être mis à jour : %1</translation>
+        <translation>Wine n&apos;a pas pu être mis à jour : %1</translation>
     </message>
     <message>
         <source>%1 (at %2)</source>
@@ -344,7 +614,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>An update is running: please wait until it has ended</source>
-        <translation>Une mise à jour est en cours : veuillez attendre qu'elle soit terminée</translation>
+        <translation>Une mise à jour est en cours : veuillez attendre qu&apos;elle soit terminée</translation>
     </message>
     <message>
         <source>Client Settings</source>
@@ -353,6 +623,29 @@ Cache partagé : %3</translation>
     <message>
         <source>You have settings profiles for the client. Do you want to copy them to another server?</source>
         <translation>Vous avez des profils de paramètres du client. Voulez-vous les copier sur un autre serveur ?</translation>
+    </message>
+    <message>
+        <source>Downloads are paused.</source>
+        <translation>Les téléchargements sont en pause.</translation>
+    </message>
+    <message>
+        <source>Downloads wait until no client runs.</source>
+        <translation>Les téléchargements attendent qu&apos;aucun client ne tourne.</translation>
+    </message>
+    <message>
+        <source>Downloads go on.</source>
+        <translation>Les téléchargements reprennent.</translation>
+    </message>
+    <message>
+        <source>What is missing is taken from %1 where it is there.</source>
+        <translation>Ce qui manque est pris dans %1 quand il s&apos;y trouve.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) with %1 need not be downloaded.</source>
+        <translation>
+            <numerusform>%n fichier de %1 n&apos;a pas besoin d&apos;être téléchargé.</numerusform>
+            <numerusform>%n fichiers de %1 n&apos;ont pas besoin d&apos;être téléchargés.</numerusform>
+        </translation>
     </message>
 </context>
 <context>
@@ -427,7 +720,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>%1 is called %2 now.</source>
-        <translation>%1 s'appelle maintenant %2.</translation>
+        <translation>%1 s&apos;appelle maintenant %2.</translation>
     </message>
     <message>
         <source>Do you want to delete the profile %1 of %2? Its settings are lost then.</source>
@@ -450,6 +743,68 @@ Cache partagé : %3</translation>
     </message>
 </context>
 <context>
+    <name>ReportBundle</name>
+    <message>
+        <source>The report could not be made: %1</source>
+        <translation>Le rapport n&apos;a pas pu être créé : %1</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>%1 n&apos;a pas pu être écrit : %2</translation>
+    </message>
+</context>
+<context>
+    <name>ReportDialog</name>
+    <message>
+        <source>Report for the support</source>
+        <translation>Rapport pour l&apos;assistance</translation>
+    </message>
+    <message>
+        <source>This is what the report will hold. Sign-in tokens, your name and your home folder are left out of it. Untick what you do not want to share. Nothing is sent: you save the report as a file.</source>
+        <translation>Voici ce que contiendra le rapport. Les jetons de connexion, votre nom et votre dossier personnel en sont exclus. Décochez ce que vous ne voulez pas partager. Rien n&apos;est envoyé : vous enregistrez le rapport dans un fichier.</translation>
+    </message>
+    <message>
+        <source>Parts of the report</source>
+        <translation>Parties du rapport</translation>
+    </message>
+    <message>
+        <source>Content of the part</source>
+        <translation>Contenu de la partie</translation>
+    </message>
+    <message>
+        <source>Looking at the network and the disk. This takes some seconds.</source>
+        <translation>Examen du réseau et du disque. Cela prend quelques secondes.</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Progression</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Enregistrer...</translation>
+    </message>
+    <message>
+        <source>The report is ready to be saved.</source>
+        <translation>Le rapport peut être enregistré.</translation>
+    </message>
+    <message>
+        <source>Save the report</source>
+        <translation>Enregistrer le rapport</translation>
+    </message>
+    <message>
+        <source>Zip files (*.zip)</source>
+        <translation>Fichiers zip (*.zip)</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>Enregistré sous %1.</translation>
+    </message>
+    <message>
+        <source>Nothing has been chosen.</source>
+        <translation>Rien n&apos;est sélectionné.</translation>
+    </message>
+</context>
+<context>
     <name>ServerLine</name>
     <message>
         <source>Play on %1</source>
@@ -460,7 +815,7 @@ Cache partagé : %3</translation>
         <translation>Progression de %1</translation>
     </message>
     <message>
-        <source>The client's settings profile</source>
+        <source>The client&apos;s settings profile</source>
         <translation>Le profil de paramètres du client</translation>
     </message>
     <message>
@@ -500,11 +855,11 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Authentication is required to download %1 client</source>
-        <translation>Il faut s'identifier pour télécharger le client de %1</translation>
+        <translation>Il faut s&apos;identifier pour télécharger le client de %1</translation>
     </message>
     <message>
         <source>Unknown error while trying to get %1 client file-index</source>
-        <translation>Erreur inconnue lors de l'obtention de la liste des fichiers du client de %1</translation>
+        <translation>Erreur inconnue lors de l&apos;obtention de la liste des fichiers du client de %1</translation>
     </message>
     <message>
         <source>Index not available</source>
@@ -528,7 +883,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Could not copy files for %1</source>
-        <translation>Les fichiers de %1 n'ont pas pu être copiés</translation>
+        <translation>Les fichiers de %1 n&apos;ont pas pu être copiés</translation>
     </message>
     <message>
         <source>Client launch failure</source>
@@ -536,7 +891,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Wine is being updated. Please wait until that is done.</source>
-        <translation>Wine est en cours de mise à jour. Veuillez attendre qu'elle soit terminée.</translation>
+        <translation>Wine est en cours de mise à jour. Veuillez attendre qu&apos;elle soit terminée.</translation>
     </message>
     <message>
         <source>Could not find file %1</source>
@@ -563,7 +918,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>The directory %1 that is set as the shared cache location does not exist and cannot be created. Do you want to revert to the default value (%2)?</source>
-        <translation>Le dossier %1 défini pour le cache partagé n'existe pas et ne peut pas être créé. Voulez-vous revenir à la valeur par défaut (%2) ?</translation>
+        <translation>Le dossier %1 défini pour le cache partagé n&apos;existe pas et ne peut pas être créé. Voulez-vous revenir à la valeur par défaut (%2) ?</translation>
     </message>
     <message>
         <source>Warning</source>
@@ -606,7 +961,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Fetch all resources in advance instead of while you play</source>
-        <translation>Télécharger toutes les ressources à l'avance plutôt que pendant le jeu</translation>
+        <translation>Télécharger toutes les ressources à l&apos;avance plutôt que pendant le jeu</translation>
     </message>
     <message>
         <source>&amp;Run clients with logging:</source>
@@ -629,7 +984,7 @@ Cache partagé : %3</translation>
         <translation>Clients en &amp;64 bits :</translation>
     </message>
     <message>
-        <source>Start the client's 64-bit program</source>
+        <source>Start the client&apos;s 64-bit program</source>
         <translation>Démarrer le programme 64 bits du client</translation>
     </message>
     <message>
@@ -694,7 +1049,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Instead of opening another launcher beside it; takes effect at the next start</source>
-        <translation>Au lieu d'ouvrir un autre lanceur à côté ; prend effet au prochain démarrage</translation>
+        <translation>Au lieu d&apos;ouvrir un autre lanceur à côté ; prend effet au prochain démarrage</translation>
     </message>
     <message>
         <source>Wine options</source>
@@ -737,7 +1092,7 @@ Cache partagé : %3</translation>
         <translation>Versio&amp;n de Wine</translation>
     </message>
     <message>
-        <source>"Latest" follows what the game's makers recommend</source>
+        <source>&quot;Latest&quot; follows what the game&apos;s makers recommend</source>
         <translation>« Dernière » suit ce que recommandent les auteurs du jeu</translation>
     </message>
     <message>
@@ -745,7 +1100,7 @@ Cache partagé : %3</translation>
         <translation>WINEDEB&amp;UG</translation>
     </message>
     <message>
-        <source>What Wine writes to the log, such as "+loaddll,-all"</source>
+        <source>What Wine writes to the log, such as &quot;+loaddll,-all&quot;</source>
         <translation>Ce que Wine écrit dans le journal, par exemple « +loaddll,-all »</translation>
     </message>
     <message>
@@ -754,7 +1109,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>Let clients use every pixel of a fine screen</source>
-        <translation>Laisser les clients utiliser chaque pixel d'un écran fin</translation>
+        <translation>Laisser les clients utiliser chaque pixel d&apos;un écran fin</translation>
     </message>
     <message>
         <source>Auto detect</source>
@@ -774,7 +1129,7 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>The versions could not be loaded: %1</source>
-        <translation>Les versions n'ont pas pu être chargées : %1</translation>
+        <translation>Les versions n&apos;ont pas pu être chargées : %1</translation>
     </message>
     <message>
         <source>The server offers no versions</source>
@@ -786,15 +1141,39 @@ Cache partagé : %3</translation>
     </message>
     <message>
         <source>A Development version of the launcher may be unstable. It is not recommended for users unless explicitly asked for by the developers. Are you sure want to select the Development version?</source>
-        <translation>Une version de développement du lanceur peut être instable. Elle n'est recommandée que si les développeurs l'ont expressément demandée. Voulez-vous vraiment choisir la version de développement ?</translation>
+        <translation>Une version de développement du lanceur peut être instable. Elle n&apos;est recommandée que si les développeurs l&apos;ont expressément demandée. Voulez-vous vraiment choisir la version de développement ?</translation>
     </message>
     <message>
         <source>If you choose to ignore certificate errors you will not be warned about potential security incidents in the future. It is not recommended unless you are sure you are on a safe network.
 
 Are you sure you want to continue?</source>
-        <translation>Si vous ignorez les erreurs de certificat, vous ne serez plus averti d'éventuels incidents de sécurité. Ce n'est recommandé que si vous êtes certain que votre réseau est sûr.
+        <translation>Si vous ignorez les erreurs de certificat, vous ne serez plus averti d&apos;éventuels incidents de sécurité. Ce n&apos;est recommandé que si vous êtes certain que votre réseau est sûr.
 
 Voulez-vous vraiment continuer ?</translation>
+    </message>
+    <message>
+        <source> MB/s</source>
+        <translation> Mo/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucune</translation>
+    </message>
+    <message>
+        <source>Limit o&amp;f all downloads together:</source>
+        <translation>&amp;Limite de tous les téléchargements ensemble :</translation>
+    </message>
+    <message>
+        <source>0 is no limit</source>
+        <translation>0 : aucune limite</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloads until no client runs:</source>
+        <translation>Télécharger seulement quand aucun client ne tourne (&amp;k) :</translation>
+    </message>
+    <message>
+        <source>Nothing is downloaded while you play; it goes on afterwards</source>
+        <translation>Rien n&apos;est téléchargé pendant que vous jouez ; cela reprend ensuite</translation>
     </message>
 </context>
 <context>
@@ -821,6 +1200,49 @@ Voulez-vous vraiment continuer ?</translation>
     <message>
         <source>Close</source>
         <translation>Fermer</translation>
+    </message>
+</context>
+<context>
+    <name>ToolsMenu</name>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>&amp;Outils</translation>
+    </message>
+    <message>
+        <source>Download &amp;limit</source>
+        <translation>&amp;Limite de téléchargement</translation>
+    </message>
+    <message>
+        <source>Use existing &amp;game files...</source>
+        <translation>&amp;Utiliser des fichiers de jeu existants...</translation>
+    </message>
+    <message>
+        <source>Launch &amp;options...</source>
+        <translation>&amp;Options de lancement...</translation>
+    </message>
+    <message>
+        <source>&amp;Report for the support...</source>
+        <translation>&amp;Rapport pour l&apos;assistance...</translation>
+    </message>
+    <message>
+        <source>Resume &amp;downloads</source>
+        <translation>Reprendre les &amp;téléchargements</translation>
+    </message>
+    <message>
+        <source>Pause &amp;downloads</source>
+        <translation>Suspendre les &amp;téléchargements</translation>
+    </message>
+    <message>
+        <source>%1 MB/s</source>
+        <translation>%1 Mo/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Aucune</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w the log...</source>
+        <translation>Afficher le &amp;journal...</translation>
     </message>
 </context>
 <context>
@@ -870,13 +1292,13 @@ Voulez-vous vraiment continuer ?</translation>
     </message>
     <message>
         <source>%1 could not be updated</source>
-        <translation>%1 n'a pas pu être mis à jour</translation>
+        <translation>%1 n&apos;a pas pu être mis à jour</translation>
     </message>
 </context>
 <context>
     <name>UpdateDialog</name>
     <message>
-        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system's package manager.</source>
+        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system&apos;s package manager.</source>
         <translation>La version %1 du lanceur est disponible. Ce lanceur a été installé par votre système : veuillez le mettre à jour avec le gestionnaire de paquets.</translation>
     </message>
     <message>
@@ -916,12 +1338,12 @@ Voulez-vous vraiment continuer ?</translation>
         <translation>Téléchargement de la liste des fichiers de la nouvelle version %1</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be downloaded.</source>
-        <translation>La liste des fichiers de la nouvelle version n'a pas pu être téléchargée.</translation>
+        <source>The list of the new version&apos;s files could not be downloaded.</source>
+        <translation>La liste des fichiers de la nouvelle version n&apos;a pas pu être téléchargée.</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be saved.</source>
-        <translation>La liste des fichiers de la nouvelle version n'a pas pu être enregistrée.</translation>
+        <source>The list of the new version&apos;s files could not be saved.</source>
+        <translation>La liste des fichiers de la nouvelle version n&apos;a pas pu être enregistrée.</translation>
     </message>
     <message>
         <source>Downloading new launcher binaries</source>
@@ -933,11 +1355,11 @@ Voulez-vous vraiment continuer ?</translation>
     </message>
     <message>
         <source>The new version could not be downloaded.</source>
-        <translation>La nouvelle version n'a pas pu être téléchargée.</translation>
+        <translation>La nouvelle version n&apos;a pas pu être téléchargée.</translation>
     </message>
     <message>
         <source>The new version could not be downloaded: %1</source>
-        <translation>La nouvelle version n'a pas pu être téléchargée : %1</translation>
+        <translation>La nouvelle version n&apos;a pas pu être téléchargée : %1</translation>
     </message>
     <message>
         <source>New version available</source>
@@ -945,7 +1367,7 @@ Voulez-vous vraiment continuer ?</translation>
     </message>
     <message>
         <source>The Velkor launcher has downloaded an update (version %1). Press OK to apply the update or Cancel to stay on the current version.</source>
-        <translation>Le lanceur Velkor a téléchargé une mise à jour (version %1). Appuyez sur OK pour l'appliquer ou sur Annuler pour garder la version actuelle.</translation>
+        <translation>Le lanceur Velkor a téléchargé une mise à jour (version %1). Appuyez sur OK pour l&apos;appliquer ou sur Annuler pour garder la version actuelle.</translation>
     </message>
     <message>
         <source>The new version cannot be installed: %1</source>
@@ -956,15 +1378,15 @@ Voulez-vous vraiment continuer ?</translation>
     <name>UpdaterStarter</name>
     <message>
         <source>it has no updater.</source>
-        <translation>elle n'a pas de programme de mise à jour.</translation>
+        <translation>elle n&apos;a pas de programme de mise à jour.</translation>
     </message>
     <message>
         <source>the updater could not be copied.</source>
-        <translation>le programme de mise à jour n'a pas pu être copié.</translation>
+        <translation>le programme de mise à jour n&apos;a pas pu être copié.</translation>
     </message>
     <message>
         <source>the updater could not be started.</source>
-        <translation>le programme de mise à jour n'a pas pu être démarré.</translation>
+        <translation>le programme de mise à jour n&apos;a pas pu être démarré.</translation>
     </message>
 </context>
 <context>
@@ -979,7 +1401,7 @@ Voulez-vous vraiment continuer ?</translation>
     </message>
     <message>
         <source>is no regular file</source>
-        <translation>n'est pas un fichier ordinaire</translation>
+        <translation>n&apos;est pas un fichier ordinaire</translation>
     </message>
     <message>
         <source>is empty</source>
@@ -1029,7 +1451,7 @@ Voulez-vous vraiment continuer ?</translation>
         <translation>Progression</translation>
     </message>
     <message>
-        <source>Verifying reads every file and compares it with what the game's makers have published.</source>
+        <source>Verifying reads every file and compares it with what the game&apos;s makers have published.</source>
         <translation>La vérification lit chaque fichier et le compare à ce que les auteurs du jeu ont publié.</translation>
     </message>
     <message>
@@ -1038,7 +1460,7 @@ Voulez-vous vraiment continuer ?</translation>
     </message>
     <message>
         <source>What is found is listed here.</source>
-        <translation>Ce qui est trouvé s'affiche ici.</translation>
+        <translation>Ce qui est trouvé s&apos;affiche ici.</translation>
     </message>
     <message>
         <source>&amp;Verify</source>
@@ -1116,47 +1538,47 @@ Voulez-vous vraiment continuer ?</translation>
 <context>
     <name>WebGui</name>
     <message>
-        <source>Couldn't get GUI version info</source>
-        <translation>La version de l'interface n'a pas pu être obtenue</translation>
+        <source>Couldn&apos;t get GUI version info</source>
+        <translation>La version de l&apos;interface n&apos;a pas pu être obtenue</translation>
     </message>
     <message>
         <source>See logs for details</source>
         <translation>Voir les journaux pour plus de détails</translation>
     </message>
     <message>
-        <source>Can't get GUI version info when offline</source>
-        <translation>Hors ligne, la version de l'interface ne peut pas être obtenue</translation>
+        <source>Can&apos;t get GUI version info when offline</source>
+        <translation>Hors ligne, la version de l&apos;interface ne peut pas être obtenue</translation>
     </message>
     <message>
         <source>Error</source>
         <translation>Erreur</translation>
     </message>
     <message>
-        <source>Couldn't establish gui version</source>
-        <translation>La version de l'interface n'a pas pu être déterminée</translation>
+        <source>Couldn&apos;t establish gui version</source>
+        <translation>La version de l&apos;interface n&apos;a pas pu être déterminée</translation>
     </message>
     <message>
         <source>Checking GUI version...</source>
-        <translation>Vérification de la version de l'interface...</translation>
+        <translation>Vérification de la version de l&apos;interface...</translation>
     </message>
     <message>
         <source>Please wait</source>
         <translation>Veuillez patienter</translation>
     </message>
     <message>
-        <source>Couldn't load the page</source>
-        <translation>La page n'a pas pu être chargée</translation>
+        <source>Couldn&apos;t load the page</source>
+        <translation>La page n&apos;a pas pu être chargée</translation>
     </message>
     <message>
         <source>The page has ended unexpectedly several times. It is loaded again soon.</source>
-        <translation>La page s'est arrêtée plusieurs fois de façon inattendue. Elle sera bientôt rechargée.</translation>
+        <translation>La page s&apos;est arrêtée plusieurs fois de façon inattendue. Elle sera bientôt rechargée.</translation>
     </message>
 </context>
 <context>
     <name>WineManager</name>
     <message>
         <source>Removing the old version</source>
-        <translation>Suppression de l'ancienne version</translation>
+        <translation>Suppression de l&apos;ancienne version</translation>
     </message>
     <message>
         <source>Wine: %1</source>

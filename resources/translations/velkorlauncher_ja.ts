@@ -2,6 +2,57 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ja" sourcelanguage="en">
 <context>
+    <name>AdoptDialog</name>
+    <message>
+        <source>Use existing game files</source>
+        <translation>既存のゲームファイルを使う</translation>
+    </message>
+    <message>
+        <source>Game files that are on this machine already, from an older installation or from a copied disk, need not be downloaded. Name the folder that they are in: whatever matches is taken over, under whatever names. Nothing in the folder is changed.</source>
+        <translation>以前のインストールやコピーしたディスクなど、このコンピューターに既にあるゲームファイルはダウンロードする必要がありません。ファイルのあるフォルダーを指定してください。名前に関係なく、一致するものが取り込まれます。フォルダーの中身は変更されません。</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>フォルダー(&amp;F):</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>参照(&amp;B)...</translation>
+    </message>
+    <message>
+        <source>&amp;Link files instead of copying them</source>
+        <translation>コピーせずにリンクする(&amp;L)</translation>
+    </message>
+    <message>
+        <source>They take no more room then, where both folders are on one disk</source>
+        <translation>両方のフォルダーが同じディスクにあれば、追加の容量は不要です</translation>
+    </message>
+    <message>
+        <source>Linked files are shared: do not play from the old folder any more, nor change files in it. It may be deleted.</source>
+        <translation>リンクしたファイルは共有されます。以前のフォルダーからはプレイせず、中のファイルを変更しないでください。フォルダーは削除してもかまいません。</translation>
+    </message>
+    <message>
+        <source>&amp;Use these files</source>
+        <translation>これらのファイルを使う(&amp;U)</translation>
+    </message>
+    <message>
+        <source>Folder with game files</source>
+        <translation>ゲームファイルのフォルダー</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>そのようなフォルダーはありません。</translation>
+    </message>
+    <message>
+        <source>The folder cannot be read.</source>
+        <translation>フォルダーを読み取れません。</translation>
+    </message>
+    <message>
+        <source>That folder is, or contains, the launcher&apos;s own shared cache.</source>
+        <translation>このフォルダーはランチャー自身の共有キャッシュであるか、それを含んでいます。</translation>
+    </message>
+</context>
+<context>
     <name>BundleUnpacker</name>
     <message>
         <source>Unpacking %1 of %2 files (%3)</source>
@@ -197,10 +248,226 @@
     </message>
 </context>
 <context>
+    <name>DownloadControl</name>
+    <message>
+        <source>Paused</source>
+        <translation>一時停止中</translation>
+    </message>
+    <message>
+        <source>Waiting until no client runs</source>
+        <translation>クライアントの終了待ち</translation>
+    </message>
+</context>
+<context>
     <name>DownloadFromIndexTask</name>
     <message>
         <source>Not enough room in %1: %2 needed, %3 free</source>
         <translation>%1 の空きが足りません: 必要 %2、空き %3</translation>
+    </message>
+    <message>
+        <source>Looking for files in %1</source>
+        <translation>%1 のファイルを探しています</translation>
+    </message>
+</context>
+<context>
+    <name>DownloadPlanDialog</name>
+    <message>
+        <source>Download for %1</source>
+        <translation>%1 のダウンロード</translation>
+    </message>
+    <message>
+        <source>There does not seem to be enough room for %1.</source>
+        <translation>%1 のための空き容量が足りないようです。</translation>
+    </message>
+    <message>
+        <source>%1 is about to be downloaded.</source>
+        <translation>%1 のダウンロードを始めます。</translation>
+    </message>
+    <message>
+        <source>To be downloaded:</source>
+        <translation>ダウンロード量:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 in %n file(s)</source>
+        <translation>
+            <numerusform>%1（%n ファイル）</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There already:</source>
+        <translation>取得済み:</translation>
+    </message>
+    <message>
+        <source>Room needed:</source>
+        <translation>必要な容量:</translation>
+    </message>
+    <message>
+        <source>Room left:</source>
+        <translation>空き容量:</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>不明</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>フォルダー:</translation>
+    </message>
+    <message>
+        <source>The figure may be wrong, for example where the file system compresses files or where it makes room by itself. A download that finds no room stops; nothing is lost.</source>
+        <translation>ファイルシステムが圧縮を行う場合や自動で容量を空ける場合など、この値は正しくないことがあります。容量が足りなくなるとダウンロードは止まりますが、何も失われません。</translation>
+    </message>
+    <message>
+        <source>&quot;Not now&quot; pauses downloads until you resume them.</source>
+        <translation>「後で」を選ぶと、再開するまでダウンロードは一時停止します。</translation>
+    </message>
+    <message>
+        <source>C&amp;ontinue anyway</source>
+        <translation>それでも続ける(&amp;O)</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>ダウンロード(&amp;D)</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>キャンセル(&amp;C)</translation>
+    </message>
+    <message>
+        <source>&amp;Not now</source>
+        <translation>後で(&amp;N)</translation>
+    </message>
+    <message numerus="yes">
+        <source>Without an answer the update is put off in %n second(s).</source>
+        <translation>
+            <numerusform>回答がなければ %n 秒後に更新を見送ります。</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It begins by itself in %n second(s).</source>
+        <translation>
+            <numerusform>%n 秒後に自動で始まります。</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptions</name>
+    <message>
+        <source>The launch command has a quotation mark without its counterpart: %1</source>
+        <translation>起動コマンドの引用符が閉じられていません: %1</translation>
+    </message>
+    <message>
+        <source>The program of the launch command cannot be found: %1</source>
+        <translation>起動コマンドのプログラムが見つかりません: %1</translation>
+    </message>
+    <message>
+        <source>An environment variable has to be written as NAME=value: %1</source>
+        <translation>環境変数は NAME=値 の形で書いてください: %1</translation>
+    </message>
+    <message>
+        <source>The launcher needs the environment variable %1 itself</source>
+        <translation>環境変数 %1 はランチャー自身が使用します</translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptionsDialog</name>
+    <message>
+        <source>Launch options</source>
+        <translation>起動オプション</translation>
+    </message>
+    <message>
+        <source>&amp;Command in front of Wine:</source>
+        <translation>Wine の前に置くコマンド(&amp;C):</translation>
+    </message>
+    <message>
+        <source>For example &quot;gamemoderun&quot; or &quot;gamescope -f --&quot;. Leave it empty to start the game as usual.</source>
+        <translation>例: &quot;gamemoderun&quot;、&quot;gamescope -f --&quot;。空のままにすると通常どおり起動します。</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>サーバー(&amp;S):</translation>
+    </message>
+    <message>
+        <source>&amp;Environment variables of its clients, one on each line:</source>
+        <translation>クライアントの環境変数（1 行に 1 つ）(&amp;E):</translation>
+    </message>
+</context>
+<context>
+    <name>LogDialog</name>
+    <message>
+        <source>Log - Velkor Launcher</source>
+        <translation>ログ - Velkor Launcher</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>コピー(&amp;C)</translation>
+    </message>
+    <message>
+        <source>The selected lines, or all that are shown</source>
+        <translation>選択した行、または表示中のすべての行</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>すべて</translation>
+    </message>
+    <message>
+        <source>Notes and worse</source>
+        <translation>情報以上</translation>
+    </message>
+    <message>
+        <source>Warnings and worse</source>
+        <translation>警告以上</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>エラー</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>レベル</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>表示(&amp;S):</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>検索</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>ログ</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 / %2 行</translation>
+    </message>
+</context>
+<context>
+    <name>LogModel</name>
+    <message>
+        <source>%1 (Repeated %2 times)</source>
+        <translation>%1（%2 回繰り返し）</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>時刻</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>レベル</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>カテゴリ</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>メッセージ</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>プロセス</translation>
     </message>
 </context>
 <context>
@@ -353,6 +620,28 @@ Shared cache: %3</source>
         <source>You have settings profiles for the client. Do you want to copy them to another server?</source>
         <translation>クライアントの設定プロファイルがあります。別のサーバーにコピーしますか?</translation>
     </message>
+    <message>
+        <source>Downloads are paused.</source>
+        <translation>ダウンロードは一時停止中です。</translation>
+    </message>
+    <message>
+        <source>Downloads wait until no client runs.</source>
+        <translation>クライアントが終了するまでダウンロードを待ちます。</translation>
+    </message>
+    <message>
+        <source>Downloads go on.</source>
+        <translation>ダウンロードを続けます。</translation>
+    </message>
+    <message>
+        <source>What is missing is taken from %1 where it is there.</source>
+        <translation>不足分は %1 にあればそこから取り込みます。</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) with %1 need not be downloaded.</source>
+        <translation>
+            <numerusform>%n ファイル（%1）はダウンロードする必要がありません。</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MigrateSettingsGui</name>
@@ -449,6 +738,68 @@ Shared cache: %3</source>
     </message>
 </context>
 <context>
+    <name>ReportBundle</name>
+    <message>
+        <source>The report could not be made: %1</source>
+        <translation>レポートを作成できませんでした: %1</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>%1 に書き込めませんでした: %2</translation>
+    </message>
+</context>
+<context>
+    <name>ReportDialog</name>
+    <message>
+        <source>Report for the support</source>
+        <translation>サポート用レポート</translation>
+    </message>
+    <message>
+        <source>This is what the report will hold. Sign-in tokens, your name and your home folder are left out of it. Untick what you do not want to share. Nothing is sent: you save the report as a file.</source>
+        <translation>レポートに含まれる内容です。サインインのトークン、あなたの名前、ホームフォルダーは除かれています。共有したくないものはチェックを外してください。何も送信されません。レポートはファイルとして保存します。</translation>
+    </message>
+    <message>
+        <source>Parts of the report</source>
+        <translation>レポートの内容</translation>
+    </message>
+    <message>
+        <source>Content of the part</source>
+        <translation>項目の内容</translation>
+    </message>
+    <message>
+        <source>Looking at the network and the disk. This takes some seconds.</source>
+        <translation>ネットワークとディスクを調べています。数秒かかります。</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>進行状況</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>保存(&amp;S)...</translation>
+    </message>
+    <message>
+        <source>The report is ready to be saved.</source>
+        <translation>レポートを保存できます。</translation>
+    </message>
+    <message>
+        <source>Save the report</source>
+        <translation>レポートを保存</translation>
+    </message>
+    <message>
+        <source>Zip files (*.zip)</source>
+        <translation>Zip ファイル (*.zip)</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>%1 に保存しました。</translation>
+    </message>
+    <message>
+        <source>Nothing has been chosen.</source>
+        <translation>何も選択されていません。</translation>
+    </message>
+</context>
+<context>
     <name>ServerLine</name>
     <message>
         <source>Play on %1</source>
@@ -459,7 +810,7 @@ Shared cache: %3</source>
         <translation>%1 の進行状況</translation>
     </message>
     <message>
-        <source>The client's settings profile</source>
+        <source>The client&apos;s settings profile</source>
         <translation>クライアントの設定プロファイル</translation>
     </message>
     <message>
@@ -628,7 +979,7 @@ Shared cache: %3</source>
         <translation>64 ビットでクライアントを実行(&amp;6):</translation>
     </message>
     <message>
-        <source>Start the client's 64-bit program</source>
+        <source>Start the client&apos;s 64-bit program</source>
         <translation>64 ビット版のクライアントを起動します</translation>
     </message>
     <message>
@@ -736,7 +1087,7 @@ Shared cache: %3</source>
         <translation>Wine のバージョン(&amp;N)</translation>
     </message>
     <message>
-        <source>"Latest" follows what the game's makers recommend</source>
+        <source>&quot;Latest&quot; follows what the game&apos;s makers recommend</source>
         <translation>「最新」はゲームの開発元が推奨するものに従います</translation>
     </message>
     <message>
@@ -744,7 +1095,7 @@ Shared cache: %3</source>
         <translation>WINEDEBUG(&amp;U)</translation>
     </message>
     <message>
-        <source>What Wine writes to the log, such as "+loaddll,-all"</source>
+        <source>What Wine writes to the log, such as &quot;+loaddll,-all&quot;</source>
         <translation>Wine がログに書く内容。例: 「+loaddll,-all」</translation>
     </message>
     <message>
@@ -795,6 +1146,30 @@ Are you sure you want to continue?</source>
 
 本当に続けますか?</translation>
     </message>
+    <message>
+        <source> MB/s</source>
+        <translation> MB/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>Limit o&amp;f all downloads together:</source>
+        <translation>全ダウンロードの合計上限(&amp;F):</translation>
+    </message>
+    <message>
+        <source>0 is no limit</source>
+        <translation>0 は無制限</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloads until no client runs:</source>
+        <translation>クライアントの終了後にダウンロード(&amp;K):</translation>
+    </message>
+    <message>
+        <source>Nothing is downloaded while you play; it goes on afterwards</source>
+        <translation>プレイ中は何もダウンロードせず、終了後に再開します</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>
@@ -820,6 +1195,49 @@ Are you sure you want to continue?</source>
     <message>
         <source>Close</source>
         <translation>閉じる</translation>
+    </message>
+</context>
+<context>
+    <name>ToolsMenu</name>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>ツール(&amp;T)</translation>
+    </message>
+    <message>
+        <source>Download &amp;limit</source>
+        <translation>ダウンロードの上限(&amp;L)</translation>
+    </message>
+    <message>
+        <source>Use existing &amp;game files...</source>
+        <translation>既存のゲームファイルを使う(&amp;G)...</translation>
+    </message>
+    <message>
+        <source>Launch &amp;options...</source>
+        <translation>起動オプション(&amp;O)...</translation>
+    </message>
+    <message>
+        <source>&amp;Report for the support...</source>
+        <translation>サポート用レポート(&amp;R)...</translation>
+    </message>
+    <message>
+        <source>Resume &amp;downloads</source>
+        <translation>ダウンロードを再開(&amp;D)</translation>
+    </message>
+    <message>
+        <source>Pause &amp;downloads</source>
+        <translation>ダウンロードを一時停止(&amp;D)</translation>
+    </message>
+    <message>
+        <source>%1 MB/s</source>
+        <translation>%1 MB/s</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>なし</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w the log...</source>
+        <translation>ログを表示(&amp;W)...</translation>
     </message>
 </context>
 <context>
@@ -875,7 +1293,7 @@ Are you sure you want to continue?</source>
 <context>
     <name>UpdateDialog</name>
     <message>
-        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system's package manager.</source>
+        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system&apos;s package manager.</source>
         <translation>ランチャーのバージョン %1 があります。このランチャーはシステムによってインストールされたので、システムのパッケージ管理で更新してください。</translation>
     </message>
     <message>
@@ -915,11 +1333,11 @@ Are you sure you want to continue?</source>
         <translation>新しいバージョン %1 のファイル一覧をダウンロードしています</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be downloaded.</source>
+        <source>The list of the new version&apos;s files could not be downloaded.</source>
         <translation>新しいバージョンのファイル一覧をダウンロードできませんでした。</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be saved.</source>
+        <source>The list of the new version&apos;s files could not be saved.</source>
         <translation>新しいバージョンのファイル一覧を保存できませんでした。</translation>
     </message>
     <message>
@@ -1028,7 +1446,7 @@ Are you sure you want to continue?</source>
         <translation>進行状況</translation>
     </message>
     <message>
-        <source>Verifying reads every file and compares it with what the game's makers have published.</source>
+        <source>Verifying reads every file and compares it with what the game&apos;s makers have published.</source>
         <translation>確認では、すべてのファイルを読み取り、ゲームの開発元が公開した内容と比較します。</translation>
     </message>
     <message>
@@ -1115,7 +1533,7 @@ Are you sure you want to continue?</source>
 <context>
     <name>WebGui</name>
     <message>
-        <source>Couldn't get GUI version info</source>
+        <source>Couldn&apos;t get GUI version info</source>
         <translation>画面のバージョン情報を取得できませんでした</translation>
     </message>
     <message>
@@ -1123,7 +1541,7 @@ Are you sure you want to continue?</source>
         <translation>詳しくはログをご覧ください</translation>
     </message>
     <message>
-        <source>Can't get GUI version info when offline</source>
+        <source>Can&apos;t get GUI version info when offline</source>
         <translation>オフラインでは画面のバージョン情報を取得できません</translation>
     </message>
     <message>
@@ -1131,7 +1549,7 @@ Are you sure you want to continue?</source>
         <translation>エラー</translation>
     </message>
     <message>
-        <source>Couldn't establish gui version</source>
+        <source>Couldn&apos;t establish gui version</source>
         <translation>画面のバージョンを確認できませんでした</translation>
     </message>
     <message>
@@ -1143,7 +1561,7 @@ Are you sure you want to continue?</source>
         <translation>お待ちください</translation>
     </message>
     <message>
-        <source>Couldn't load the page</source>
+        <source>Couldn&apos;t load the page</source>
         <translation>ページを読み込めませんでした</translation>
     </message>
     <message>

@@ -2,6 +2,57 @@
 <!DOCTYPE TS>
 <TS version="2.1" language="ru" sourcelanguage="en">
 <context>
+    <name>AdoptDialog</name>
+    <message>
+        <source>Use existing game files</source>
+        <translation>Использовать имеющиеся файлы игры</translation>
+    </message>
+    <message>
+        <source>Game files that are on this machine already, from an older installation or from a copied disk, need not be downloaded. Name the folder that they are in: whatever matches is taken over, under whatever names. Nothing in the folder is changed.</source>
+        <translation>Файлы игры, которые уже есть на этом компьютере — от старой установки или со скопированного диска, — не нужно загружать. Укажите папку, где они лежат: всё подходящее будет взято под любыми именами. В папке ничего не изменится.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder:</source>
+        <translation>&amp;Папка:</translation>
+    </message>
+    <message>
+        <source>&amp;Browse...</source>
+        <translation>&amp;Обзор...</translation>
+    </message>
+    <message>
+        <source>&amp;Link files instead of copying them</source>
+        <translation>&amp;Связать файлы вместо копирования</translation>
+    </message>
+    <message>
+        <source>They take no more room then, where both folders are on one disk</source>
+        <translation>Тогда они не займут места, если обе папки на одном диске</translation>
+    </message>
+    <message>
+        <source>Linked files are shared: do not play from the old folder any more, nor change files in it. It may be deleted.</source>
+        <translation>Связанные файлы общие: больше не играйте из старой папки и не изменяйте в ней файлы. Её можно удалить.</translation>
+    </message>
+    <message>
+        <source>&amp;Use these files</source>
+        <translation>&amp;Использовать эти файлы</translation>
+    </message>
+    <message>
+        <source>Folder with game files</source>
+        <translation>Папка с файлами игры</translation>
+    </message>
+    <message>
+        <source>There is no such folder.</source>
+        <translation>Такой папки нет.</translation>
+    </message>
+    <message>
+        <source>The folder cannot be read.</source>
+        <translation>Папку нельзя прочитать.</translation>
+    </message>
+    <message>
+        <source>That folder is, or contains, the launcher&apos;s own shared cache.</source>
+        <translation>Эта папка — общий кэш лаунчера или содержит его.</translation>
+    </message>
+</context>
+<context>
     <name>BundleUnpacker</name>
     <message>
         <source>Unpacking %1 of %2 files (%3)</source>
@@ -199,10 +250,232 @@
     </message>
 </context>
 <context>
+    <name>DownloadControl</name>
+    <message>
+        <source>Paused</source>
+        <translation>Приостановлено</translation>
+    </message>
+    <message>
+        <source>Waiting until no client runs</source>
+        <translation>Ждёт завершения клиентов</translation>
+    </message>
+</context>
+<context>
     <name>DownloadFromIndexTask</name>
     <message>
         <source>Not enough room in %1: %2 needed, %3 free</source>
         <translation>Недостаточно места в %1: нужно %2, свободно %3</translation>
+    </message>
+    <message>
+        <source>Looking for files in %1</source>
+        <translation>Поиск файлов в %1</translation>
+    </message>
+</context>
+<context>
+    <name>DownloadPlanDialog</name>
+    <message>
+        <source>Download for %1</source>
+        <translation>Загрузка для %1</translation>
+    </message>
+    <message>
+        <source>There does not seem to be enough room for %1.</source>
+        <translation>Похоже, для %1 не хватает места.</translation>
+    </message>
+    <message>
+        <source>%1 is about to be downloaded.</source>
+        <translation>Сейчас начнётся загрузка %1.</translation>
+    </message>
+    <message>
+        <source>To be downloaded:</source>
+        <translation>Нужно загрузить:</translation>
+    </message>
+    <message numerus="yes">
+        <source>%1 in %n file(s)</source>
+        <translation>
+            <numerusform>%1 в %n файле</numerusform>
+            <numerusform>%1 в %n файлах</numerusform>
+            <numerusform>%1 в %n файлах</numerusform>
+        </translation>
+    </message>
+    <message>
+        <source>There already:</source>
+        <translation>Уже есть:</translation>
+    </message>
+    <message>
+        <source>Room needed:</source>
+        <translation>Нужно места:</translation>
+    </message>
+    <message>
+        <source>Room left:</source>
+        <translation>Свободно:</translation>
+    </message>
+    <message>
+        <source>not known</source>
+        <translation>неизвестно</translation>
+    </message>
+    <message>
+        <source>Folder:</source>
+        <translation>Папка:</translation>
+    </message>
+    <message>
+        <source>The figure may be wrong, for example where the file system compresses files or where it makes room by itself. A download that finds no room stops; nothing is lost.</source>
+        <translation>Это число может быть неверным, например если файловая система сжимает файлы или сама освобождает место. Если места не хватит, загрузка остановится; ничего не пропадёт.</translation>
+    </message>
+    <message>
+        <source>&quot;Not now&quot; pauses downloads until you resume them.</source>
+        <translation>«Не сейчас» приостановит загрузки, пока вы их не возобновите.</translation>
+    </message>
+    <message>
+        <source>C&amp;ontinue anyway</source>
+        <translation>Всё равно &amp;продолжить</translation>
+    </message>
+    <message>
+        <source>&amp;Download</source>
+        <translation>&amp;Загрузить</translation>
+    </message>
+    <message>
+        <source>&amp;Cancel</source>
+        <translation>&amp;Отмена</translation>
+    </message>
+    <message>
+        <source>&amp;Not now</source>
+        <translation>&amp;Не сейчас</translation>
+    </message>
+    <message numerus="yes">
+        <source>Without an answer the update is put off in %n second(s).</source>
+        <translation>
+            <numerusform>Без ответа обновление будет отложено через %n секунду.</numerusform>
+            <numerusform>Без ответа обновление будет отложено через %n секунды.</numerusform>
+            <numerusform>Без ответа обновление будет отложено через %n секунд.</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <source>It begins by itself in %n second(s).</source>
+        <translation>
+            <numerusform>Начнётся сама через %n секунду.</numerusform>
+            <numerusform>Начнётся сама через %n секунды.</numerusform>
+            <numerusform>Начнётся сама через %n секунд.</numerusform>
+        </translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptions</name>
+    <message>
+        <source>The launch command has a quotation mark without its counterpart: %1</source>
+        <translation>В команде запуска не хватает кавычки: %1</translation>
+    </message>
+    <message>
+        <source>The program of the launch command cannot be found: %1</source>
+        <translation>Программа команды запуска не найдена: %1</translation>
+    </message>
+    <message>
+        <source>An environment variable has to be written as NAME=value: %1</source>
+        <translation>Переменную окружения нужно записать как ИМЯ=значение: %1</translation>
+    </message>
+    <message>
+        <source>The launcher needs the environment variable %1 itself</source>
+        <translation>Переменная окружения %1 нужна самому лаунчеру</translation>
+    </message>
+</context>
+<context>
+    <name>LaunchOptionsDialog</name>
+    <message>
+        <source>Launch options</source>
+        <translation>Параметры запуска</translation>
+    </message>
+    <message>
+        <source>&amp;Command in front of Wine:</source>
+        <translation>&amp;Команда перед Wine:</translation>
+    </message>
+    <message>
+        <source>For example &quot;gamemoderun&quot; or &quot;gamescope -f --&quot;. Leave it empty to start the game as usual.</source>
+        <translation>Например, «gamemoderun» или «gamescope -f --». Оставьте пустым для обычного запуска.</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Сервер:</translation>
+    </message>
+    <message>
+        <source>&amp;Environment variables of its clients, one on each line:</source>
+        <translation>&amp;Переменные окружения его клиентов, по одной в строке:</translation>
+    </message>
+</context>
+<context>
+    <name>LogDialog</name>
+    <message>
+        <source>Log - Velkor Launcher</source>
+        <translation>Журнал - Velkor Launcher</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Копировать</translation>
+    </message>
+    <message>
+        <source>The selected lines, or all that are shown</source>
+        <translation>Выделенные строки или все показанные</translation>
+    </message>
+    <message>
+        <source>Everything</source>
+        <translation>Всё</translation>
+    </message>
+    <message>
+        <source>Notes and worse</source>
+        <translation>Сообщения и хуже</translation>
+    </message>
+    <message>
+        <source>Warnings and worse</source>
+        <translation>Предупреждения и хуже</translation>
+    </message>
+    <message>
+        <source>Errors</source>
+        <translation>Ошибки</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Уровень</translation>
+    </message>
+    <message>
+        <source>&amp;Show:</source>
+        <translation>По&amp;казать:</translation>
+    </message>
+    <message>
+        <source>Search</source>
+        <translation>Поиск</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Журнал</translation>
+    </message>
+    <message>
+        <source>%1 of %2 lines</source>
+        <translation>%1 из %2 строк</translation>
+    </message>
+</context>
+<context>
+    <name>LogModel</name>
+    <message>
+        <source>%1 (Repeated %2 times)</source>
+        <translation>%1 (повторено раз: %2)</translation>
+    </message>
+    <message>
+        <source>Time</source>
+        <translation>Время</translation>
+    </message>
+    <message>
+        <source>Level</source>
+        <translation>Уровень</translation>
+    </message>
+    <message>
+        <source>Category</source>
+        <translation>Категория</translation>
+    </message>
+    <message>
+        <source>Message</source>
+        <translation>Сообщение</translation>
+    </message>
+    <message>
+        <source>Process</source>
+        <translation>Процесс</translation>
     </message>
 </context>
 <context>
@@ -355,6 +628,30 @@ Shared cache: %3</source>
         <source>You have settings profiles for the client. Do you want to copy them to another server?</source>
         <translation>У вас есть профили настроек клиента. Скопировать их на другой сервер?</translation>
     </message>
+    <message>
+        <source>Downloads are paused.</source>
+        <translation>Загрузки приостановлены.</translation>
+    </message>
+    <message>
+        <source>Downloads wait until no client runs.</source>
+        <translation>Загрузки ждут завершения клиентов.</translation>
+    </message>
+    <message>
+        <source>Downloads go on.</source>
+        <translation>Загрузки продолжаются.</translation>
+    </message>
+    <message>
+        <source>What is missing is taken from %1 where it is there.</source>
+        <translation>Недостающее будет взято из %1, если оно там есть.</translation>
+    </message>
+    <message numerus="yes">
+        <source>%n file(s) with %1 need not be downloaded.</source>
+        <translation>
+            <numerusform>%n файл объёмом %1 не нужно загружать.</numerusform>
+            <numerusform>%n файла объёмом %1 не нужно загружать.</numerusform>
+            <numerusform>%n файлов объёмом %1 не нужно загружать.</numerusform>
+        </translation>
+    </message>
 </context>
 <context>
     <name>MigrateSettingsGui</name>
@@ -451,6 +748,68 @@ Shared cache: %3</source>
     </message>
 </context>
 <context>
+    <name>ReportBundle</name>
+    <message>
+        <source>The report could not be made: %1</source>
+        <translation>Не удалось создать отчёт: %1</translation>
+    </message>
+    <message>
+        <source>%1 could not be written: %2</source>
+        <translation>Не удалось записать %1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>ReportDialog</name>
+    <message>
+        <source>Report for the support</source>
+        <translation>Отчёт для поддержки</translation>
+    </message>
+    <message>
+        <source>This is what the report will hold. Sign-in tokens, your name and your home folder are left out of it. Untick what you do not want to share. Nothing is sent: you save the report as a file.</source>
+        <translation>Вот что будет в отчёте. Токены входа, ваше имя и домашняя папка в него не входят. Снимите отметку с того, чем не хотите делиться. Ничего не отправляется: вы сохраняете отчёт в файл.</translation>
+    </message>
+    <message>
+        <source>Parts of the report</source>
+        <translation>Части отчёта</translation>
+    </message>
+    <message>
+        <source>Content of the part</source>
+        <translation>Содержание части</translation>
+    </message>
+    <message>
+        <source>Looking at the network and the disk. This takes some seconds.</source>
+        <translation>Проверяются сеть и диск. Это займёт несколько секунд.</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Ход выполнения</translation>
+    </message>
+    <message>
+        <source>&amp;Save...</source>
+        <translation>&amp;Сохранить...</translation>
+    </message>
+    <message>
+        <source>The report is ready to be saved.</source>
+        <translation>Отчёт готов к сохранению.</translation>
+    </message>
+    <message>
+        <source>Save the report</source>
+        <translation>Сохранить отчёт</translation>
+    </message>
+    <message>
+        <source>Zip files (*.zip)</source>
+        <translation>Файлы zip (*.zip)</translation>
+    </message>
+    <message>
+        <source>Saved as %1.</source>
+        <translation>Сохранено как %1.</translation>
+    </message>
+    <message>
+        <source>Nothing has been chosen.</source>
+        <translation>Ничего не выбрано.</translation>
+    </message>
+</context>
+<context>
     <name>ServerLine</name>
     <message>
         <source>Play on %1</source>
@@ -461,7 +820,7 @@ Shared cache: %3</source>
         <translation>Ход обновления %1</translation>
     </message>
     <message>
-        <source>The client's settings profile</source>
+        <source>The client&apos;s settings profile</source>
         <translation>Профиль настроек клиента</translation>
     </message>
     <message>
@@ -630,7 +989,7 @@ Shared cache: %3</source>
         <translation>&amp;64-разрядные клиенты:</translation>
     </message>
     <message>
-        <source>Start the client's 64-bit program</source>
+        <source>Start the client&apos;s 64-bit program</source>
         <translation>Запускать 64-разрядную программу клиента</translation>
     </message>
     <message>
@@ -738,7 +1097,7 @@ Shared cache: %3</source>
         <translation>Версия &amp;Wine</translation>
     </message>
     <message>
-        <source>"Latest" follows what the game's makers recommend</source>
+        <source>&quot;Latest&quot; follows what the game&apos;s makers recommend</source>
         <translation>«Последняя» следует рекомендациям создателей игры</translation>
     </message>
     <message>
@@ -746,7 +1105,7 @@ Shared cache: %3</source>
         <translation>WINEDEB&amp;UG</translation>
     </message>
     <message>
-        <source>What Wine writes to the log, such as "+loaddll,-all"</source>
+        <source>What Wine writes to the log, such as &quot;+loaddll,-all&quot;</source>
         <translation>Что Wine пишет в журнал, например «+loaddll,-all»</translation>
     </message>
     <message>
@@ -797,6 +1156,30 @@ Are you sure you want to continue?</source>
 
 Вы уверены, что хотите продолжить?</translation>
     </message>
+    <message>
+        <source> MB/s</source>
+        <translation> МБ/с</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>Limit o&amp;f all downloads together:</source>
+        <translation>О&amp;граничение всех загрузок вместе:</translation>
+    </message>
+    <message>
+        <source>0 is no limit</source>
+        <translation>0 — без ограничения</translation>
+    </message>
+    <message>
+        <source>&amp;Keep downloads until no client runs:</source>
+        <translation>Загружать, только &amp;когда клиенты не запущены:</translation>
+    </message>
+    <message>
+        <source>Nothing is downloaded while you play; it goes on afterwards</source>
+        <translation>Пока вы играете, ничего не загружается; потом загрузка продолжится</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>
@@ -822,6 +1205,49 @@ Are you sure you want to continue?</source>
     <message>
         <source>Close</source>
         <translation>Закрыть</translation>
+    </message>
+</context>
+<context>
+    <name>ToolsMenu</name>
+    <message>
+        <source>&amp;Tools</source>
+        <translation>&amp;Инструменты</translation>
+    </message>
+    <message>
+        <source>Download &amp;limit</source>
+        <translation>&amp;Ограничение загрузки</translation>
+    </message>
+    <message>
+        <source>Use existing &amp;game files...</source>
+        <translation>Использовать &amp;имеющиеся файлы игры...</translation>
+    </message>
+    <message>
+        <source>Launch &amp;options...</source>
+        <translation>&amp;Параметры запуска...</translation>
+    </message>
+    <message>
+        <source>&amp;Report for the support...</source>
+        <translation>Отчёт для по&amp;ддержки...</translation>
+    </message>
+    <message>
+        <source>Resume &amp;downloads</source>
+        <translation>&amp;Возобновить загрузки</translation>
+    </message>
+    <message>
+        <source>Pause &amp;downloads</source>
+        <translation>При&amp;остановить загрузки</translation>
+    </message>
+    <message>
+        <source>%1 MB/s</source>
+        <translation>%1 МБ/с</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Нет</translation>
+    </message>
+    <message>
+        <source>Sho&amp;w the log...</source>
+        <translation>Показать &amp;журнал...</translation>
     </message>
 </context>
 <context>
@@ -877,7 +1303,7 @@ Are you sure you want to continue?</source>
 <context>
     <name>UpdateDialog</name>
     <message>
-        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system's package manager.</source>
+        <source>Version %1 of the launcher is available. This launcher was installed by your system: please update it with the system&apos;s package manager.</source>
         <translation>Доступна версия %1. Эта программа установлена вашей системой: обновите её через менеджер пакетов.</translation>
     </message>
     <message>
@@ -917,11 +1343,11 @@ Are you sure you want to continue?</source>
         <translation>Загрузка списка файлов новой версии %1</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be downloaded.</source>
+        <source>The list of the new version&apos;s files could not be downloaded.</source>
         <translation>Не удалось загрузить список файлов новой версии.</translation>
     </message>
     <message>
-        <source>The list of the new version's files could not be saved.</source>
+        <source>The list of the new version&apos;s files could not be saved.</source>
         <translation>Не удалось сохранить список файлов новой версии.</translation>
     </message>
     <message>
@@ -1030,7 +1456,7 @@ Are you sure you want to continue?</source>
         <translation>Ход выполнения</translation>
     </message>
     <message>
-        <source>Verifying reads every file and compares it with what the game's makers have published.</source>
+        <source>Verifying reads every file and compares it with what the game&apos;s makers have published.</source>
         <translation>При проверке каждый файл читается и сравнивается с тем, что опубликовали создатели игры.</translation>
     </message>
     <message>
@@ -1117,7 +1543,7 @@ Are you sure you want to continue?</source>
 <context>
     <name>WebGui</name>
     <message>
-        <source>Couldn't get GUI version info</source>
+        <source>Couldn&apos;t get GUI version info</source>
         <translation>Не удалось получить версию интерфейса</translation>
     </message>
     <message>
@@ -1125,7 +1551,7 @@ Are you sure you want to continue?</source>
         <translation>Подробности в журналах</translation>
     </message>
     <message>
-        <source>Can't get GUI version info when offline</source>
+        <source>Can&apos;t get GUI version info when offline</source>
         <translation>Без сети нельзя получить версию интерфейса</translation>
     </message>
     <message>
@@ -1133,7 +1559,7 @@ Are you sure you want to continue?</source>
         <translation>Ошибка</translation>
     </message>
     <message>
-        <source>Couldn't establish gui version</source>
+        <source>Couldn&apos;t establish gui version</source>
         <translation>Не удалось определить версию интерфейса</translation>
     </message>
     <message>
@@ -1145,7 +1571,7 @@ Are you sure you want to continue?</source>
         <translation>Подождите</translation>
     </message>
     <message>
-        <source>Couldn't load the page</source>
+        <source>Couldn&apos;t load the page</source>
         <translation>Не удалось загрузить страницу</translation>
     </message>
     <message>

@@ -1,6 +1,7 @@
 #include "download/downloader.h"
 
 #include "download/ratelimiter.h"
+#include "logging/messagehandler.h"
 
 #include <QDebug>
 #include <QHostInfo>
@@ -11,6 +12,7 @@
 
 // A server that accepts the connection and falls silent must not hold up the refresh for ever.
 static constexpr int stallTimeoutMs = 30000;
+static constexpr int impatientMs = 3000;
 
 QString describeSslErrors(const QList<QSslError>& errors)
 {
@@ -47,13 +49,32 @@ Downloader::Downloader(const QUrl& url, QObject* parent) : Task(parent), m_url(u
 }
 
 // The reply must not be taken for that of the next download.
-Downloader::~Downloader()
+Downloader::~Downloader() { abandonReply(); }
+
+void Downloader::abandonReply()
 {
     if (!m_reply)
         return;
     m_reply->blockSignals(true);
     m_reply->abort();
     m_reply->deleteLater();
+    m_reply.clear();
+}
+
+QString Downloader::activity() const
+{
+    return QStringLiteral("%1, %2 bytes of %3")
+        .arg(taskName(), QString::number(m_contents.size()), logRedactor().redact(m_url.toString()));
+}
+
+void Downloader::askAgain()
+{
+    if (m_ended || !m_reply || !m_sinceProgress.hasExpired(impatientMs))
+        return;
+    qInfo().noquote() << "Asking again:" << activity();
+    abandonReply();
+    m_contents.clear();
+    issueRequest();
 }
 
 // Any reply that the shared manager completes is taken for this download's: the scheduler runs one download
@@ -71,9 +92,10 @@ void Downloader::issueRequest()
     request.setTransferTimeout(stallTimeoutMs);
     auto* reply = getManager()->get(request);
     m_reply = reply;
+    m_sinceProgress.start();
     reply->setReadBufferSize(RateLimiter::instance()->bufferSize());
     connect(reply, &QNetworkReply::readyRead, this, &Downloader::read);
-    connect(RateLimiter::instance(), &RateLimiter::refilled, this, &Downloader::read);
+    connect(RateLimiter::instance(), &RateLimiter::refilled, this, &Downloader::read, Qt::UniqueConnection);
     connect(reply, &QNetworkReply::downloadProgress, this, &Downloader::onDownloadProgress);
     connect(
         reply, &QNetworkReply::sslErrors, this,
@@ -100,6 +122,7 @@ void Downloader::read()
 {
     if (!m_reply)
         return;
+    m_sinceProgress.start();
     m_contents +=
         m_reply->read(RateLimiter::instance()->take(m_reply->bytesAvailable(), RateLimiter::Kind::Document));
     if (!m_ended || m_reply->bytesAvailable() > 0)

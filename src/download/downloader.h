@@ -4,6 +4,7 @@
 #include "tasks/task.h"
 
 #include <QByteArray>
+#include <QElapsedTimer>
 #include <QPointer>
 #include <QSslError>
 #include <QUrl>
@@ -38,6 +39,9 @@ public:
     void pause() override {}
     void resume() override {}
 
+    QString activity() const override;
+    void askAgain() override;
+
     /** The body; empty after a failure. */
     QByteArray getContents() const { return m_contents; }
     static QNetworkAccessManager* getManager();
@@ -56,11 +60,13 @@ private slots:
 
 private:
     void read();
+    void abandonReply();
     void fail(QNetworkReply* reply);
     static QNetworkAccessManager*& sharedManager();
 
     const QUrl m_url;
     QPointer<QNetworkReply> m_reply;
+    QElapsedTimer m_sinceProgress;
     bool m_ended = false; // all of the body has arrived, and some of it may have to be read
     QByteArray m_contents;
     quint64 m_expectedSize = 0;

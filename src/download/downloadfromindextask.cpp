@@ -1,8 +1,6 @@
 #include "download/downloadfromindextask.h"
 
-#include "cache/freespace.h"
 #include "download/bundleunpacker.h"
-#include "download/cachescan.h"
 #include "download/downloader.h"
 #include "download/downloadqueue.h"
 #include "logging/formatmemory.h"
@@ -10,29 +8,12 @@
 
 #include <QDebug>
 #include <QDir>
-#include <QElapsedTimer>
 #include <QtConcurrent>
 
 namespace
 {
-/** More than so many percent of the files, or of their bytes, have to be missing for a bundle. */
-constexpr int bundleThreshold = 90;
 /** How much of the progress belongs to the download of a bundle; the rest is unpacking. */
 constexpr float bundleDownloadShare = 0.7F;
-
-/** What the files take on the disk, each content once. */
-qint64 roomFor(const QVector<IndexEntryPtr>& files)
-{
-    constexpr qint64 diskBlock = 4096;
-    qint64 bytes = 0;
-    QSet<QString> contents;
-    for (const auto& file : files) {
-        if (!contents.contains(file->cachedName))
-            bytes += (file->size + diskBlock - 1) / diskBlock * diskBlock;
-        contents.insert(file->cachedName);
-    }
-    return bytes;
-}
 } // namespace
 
 DownloadFromIndexTask::DownloadFromIndexTask(const QString& name, const IndexPtr& index,
@@ -73,84 +54,80 @@ void DownloadFromIndexTask::go()
         return;
     }
     m_state = State::Scanning;
-    m_scanWatcher.setFuture(QtConcurrent::run([this] { return addMissingFilesToQueue(); }));
-}
-
-// On a worker thread; the queue has not been started, so nobody else touches it. Returns whether the bundle
-// is to be downloaded instead.
-bool DownloadFromIndexTask::addMissingFilesToQueue()
-{
-    qDebug() << "addMissingFilesToQueue checking" << m_index->entries().size() << "files";
-    QElapsedTimer timer;
-    timer.start();
-    if (m_bundlesRefused && m_bundle)
-        m_bundle->removeChunks();
-    recoverFromInterruption();
-    const auto scan = scanCache(*m_index, m_cacheFolder);
-    for (const auto& entry : scan.missing)
-        m_queue->enqueue(entry);
-    m_missingBytes = roomFor(scan.missing);
-    m_freeBytes = scan.missing.isEmpty() ? std::nullopt : freeSpace(m_cacheFolder);
-    qDebug() << "addMissingFilesToQueue took" << static_cast<double>(timer.elapsed()) / 1000.0;
-
-    m_refusedRows = scan.refused;
-    if (m_refusedRows > 0) {
-        qWarning().noquote() << m_name << "skips" << m_refusedRows
-                             << "rows that point outside the cache, the first is" << scan.firstRefused;
-    }
-    const bool byBundle = wantsBundle(scan.checked, scan.checkedBytes);
-    if (byBundle) {
-        qDebug().noquote() << "Downloading bundle for" << m_index->getName();
-        m_queue->clear();
-    }
-    if (!scan.missing.isEmpty() && !m_marker && !isShortOfRoom(0))
-        m_marker = UpdateMarker::acquire(m_cacheFolder, &m_markerError);
-    return byBundle;
-}
-
-bool DownloadFromIndexTask::wantsBundle(int checked, qint64 checkedBytes) const
-{
-    if (m_bundlesRefused || !Bundle(m_index, m_cacheFolder).isPossible() || m_queue->getSize() == 0)
-        return false;
-    const qint64 filePercent = qint64(m_queue->getSize()) * 100 / checked;
-    const qint64 bytePercent = checkedBytes > 0 ? m_queue->getBytesToDownload() * 100 / checkedBytes : 0;
-    return filePercent > bundleThreshold || bytePercent > bundleThreshold;
-}
-
-bool DownloadFromIndexTask::isShortOfRoom(qint64 moreBytes) const
-{
-    return m_freeBytes && *m_freeBytes < m_missingBytes + moreBytes;
-}
-
-void DownloadFromIndexTask::recoverFromInterruption()
-{
-    QHash<QString, QString> checksums;
-    UpdateMarker::recoverAfterCrash(
-        m_cacheFolder,
-        [&](const QString& cachedName) {
-            if (checksums.isEmpty()) {
-                for (const auto& entry : m_index->entries())
-                    checksums.insert(entry->cachedName, entry->checksum);
-            }
-            return checksums.value(cachedName);
-        },
-        m_abandoned);
+    m_lookAgain = false;
+    m_scanWatcher.setFuture(
+        QtConcurrent::run([this, folder = m_adopted] { return addMissingFilesToQueue(folder); }));
 }
 
 void DownloadFromIndexTask::onAddMissingFilesToQueueFinished()
 {
     m_bundleMode = m_scanWatcher.result();
-    if (isShortOfRoom(0)) {
-        failWithStorage(tr("Not enough room in %1: %2 needed, %3 free")
-                            .arg(QDir::toNativeSeparators(m_cacheFolder), formatMemory(m_missingBytes),
-                                 formatMemory(*m_freeBytes)));
-    } else if (!m_markerError.isEmpty()) {
-        failWithStorage(m_markerError);
-    } else if (m_bundleMode) {
-        addBundleChunksToQueue();
+    if (m_plan.adoptedFiles > 0)
+        emit filesAdopted(m_plan.adoptedFiles, m_plan.adoptedBytes);
+    if (startsAgain())
+        return;
+    const bool isShort = m_plan.isShortOfRoom();
+    if ((isShort || m_plan.isLong()) && m_review && !m_isReviewed) {
+        m_state = State::Reviewing;
+        m_review(this);
+    } else if (isShort && !m_isReviewed) {
+        failForLackOfRoom();
     } else {
-        startQueue();
+        startDownload();
     }
+}
+
+void DownloadFromIndexTask::decide(Decision decision)
+{
+    if (m_state != State::Reviewing)
+        return;
+    m_isReviewed = true;
+    if (decision == Decision::GiveUp) {
+        failForLackOfRoom();
+        return;
+    }
+    qInfo().noquote() << m_name << "starts as the player has decided";
+    if (!m_marker && !m_plan.missing.isEmpty())
+        m_marker = UpdateMarker::acquire(m_cacheFolder, &m_markerError);
+    startDownload();
+}
+
+void DownloadFromIndexTask::failForLackOfRoom()
+{
+    failWithStorage(tr("Not enough room in %1: %2 needed, %3 free")
+                        .arg(QDir::toNativeSeparators(m_cacheFolder), formatMemory(m_plan.roomNeeded),
+                             formatMemory(m_plan.roomLeft.value_or(0))));
+}
+
+void DownloadFromIndexTask::startDownload()
+{
+    if (!m_markerError.isEmpty())
+        failWithStorage(m_markerError);
+    else if (m_bundleMode)
+        addBundleChunksToQueue();
+    else
+        startQueue();
+}
+
+void DownloadFromIndexTask::adoptFrom(const AdoptedFolder& folder)
+{
+    m_adopted = folder;
+    if (m_state == State::Scanning || m_state == State::FetchingBundleInfo) {
+        m_lookAgain = true;
+    } else if (m_state == State::Downloading) {
+        m_lookAgain = true;
+        m_queue->dropWaiting();
+    }
+}
+
+/** Whether there is another folder to look into first. */
+bool DownloadFromIndexTask::startsAgain()
+{
+    if (!m_lookAgain)
+        return false;
+    m_queue->clear();
+    go();
+    return true;
 }
 
 void DownloadFromIndexTask::failWithStorage(const QString& reason)
@@ -165,6 +142,7 @@ void DownloadFromIndexTask::addBundleChunksToQueue()
     m_state = State::FetchingBundleInfo;
     m_bundle.emplace(m_index, m_cacheFolder);
     auto* info = new Downloader(m_bundle->listUrl(m_baseUrl), this);
+    m_bundleInfo = info;
     info->setProperty("name", QStringLiteral("Bundle info downloader for %1").arg(m_index->getName()));
     connect(info, &Task::finished, this, &DownloadFromIndexTask::onBundleInfoDownloadFinished);
     info->go();
@@ -185,7 +163,7 @@ void DownloadFromIndexTask::onBundleInfoDownloadFinished(Task* task)
         goOnWithoutBundle();
         return;
     }
-    if (isShortOfRoom(m_bundle->missingBytes())) {
+    if (m_plan.isShortOfRoom(m_bundle->missingBytes())) {
         qInfo().noquote() << m_name << "has room for the files, but not for their bundle beside them";
         goOnWithoutBundle();
         return;
@@ -197,6 +175,8 @@ void DownloadFromIndexTask::onBundleInfoDownloadFinished(Task* task)
 
 void DownloadFromIndexTask::startQueue()
 {
+    if (startsAgain())
+        return;
     m_state = State::Downloading;
     if (!m_paused)
         m_queue->startDownload();
@@ -212,6 +192,8 @@ void DownloadFromIndexTask::goOnWithoutBundle()
 void DownloadFromIndexTask::onDownloadQueueFinished()
 {
     const int code = m_queue->getError();
+    if (startsAgain())
+        return;
     if (m_bundleMode && code != NoError) {
         qWarning() << "Bundle download failed, rescanning missing files";
         goOnWithoutBundle();
@@ -254,13 +236,14 @@ void DownloadFromIndexTask::onProgressUpdate(float fraction, const QString& mess
         fraction = bundleDownloadShare + fraction * (1 - bundleDownloadShare);
     else if (m_bundleMode)
         fraction *= bundleDownloadShare;
+    m_fraction = fraction;
     emit progressUpdate(fraction, message);
 }
 
 // Removes the chunks of a bundle, and waits until the disk has what was written.
 void DownloadFromIndexTask::cleanUp()
 {
-    if (!isError() && m_refusedRows > 0)
+    if (!isError() && m_plan.refused > 0)
         setError(DownloadError);
     // Chunks may also be those of a launcher that was killed just before this.
     const Bundle bundle(m_index, m_cacheFolder);
@@ -313,10 +296,45 @@ void DownloadFromIndexTask::resume()
     case State::Done:
         finish();
         break;
+    case State::Reviewing:
     case State::FetchingBundleInfo: // its end starts the queue
     case State::Unpacking:
     case State::Syncing:
     case State::Finished:
         break;
     }
+}
+
+QString DownloadFromIndexTask::activity() const
+{
+    const auto what = [this] {
+        switch (m_state) {
+        case State::Scanning:
+            return QStringLiteral("the disk, while it looks what is missing");
+        case State::Reviewing:
+            return QStringLiteral("the player's decision");
+        case State::FetchingBundleInfo:
+            return m_bundleInfo ? m_bundleInfo->activity() : QString();
+        case State::Downloading:
+            return m_queue->activity();
+        case State::Unpacking:
+            return QStringLiteral("the bundle being unpacked, %1 done").arg(m_fraction);
+        case State::Syncing:
+            return QStringLiteral("the disk, while it writes what has come");
+        case State::Done:
+        case State::Finished:
+            break;
+        }
+        return QStringLiteral("leave to end");
+    };
+    return QStringLiteral("%1%2: %3")
+        .arg(taskName(), m_paused ? QStringLiteral(" (paused)") : QString(), what());
+}
+
+void DownloadFromIndexTask::askAgain()
+{
+    if (m_state == State::Downloading)
+        m_queue->askAgain();
+    else if (m_bundleInfo)
+        m_bundleInfo->askAgain();
 }

@@ -2,14 +2,18 @@
 
 #include "cache/updatemarker.h"
 #include "download/bundle.h"
+#include "download/downloadplan.h"
 #include "tasks/task.h"
 
 #include <QFutureWatcher>
+#include <QPointer>
 
 #include <atomic>
+#include <functional>
 #include <optional>
 
 class BundleUnpacker;
+class Downloader;
 class DownloadQueue;
 
 /**
@@ -42,9 +46,25 @@ public:
     void pause() override;
     void resume() override;
 
+    QString activity() const override;
+    void askAgain() override;
+
     DownloadQueue* queue() const { return m_queue; }
 
+    /** Where to look for missing files first. While it downloads, it looks again. */
+    void adoptFrom(const AdoptedFolder& folder);
+
+    /** Asked before a long download, and where there seems to be too little room; decide() is to follow.
+     * Without a review the first one starts, and the other one fails. */
+    using Review = std::function<void(DownloadFromIndexTask*)>;
+    void setReview(const Review& review) { m_review = review; }
+    /** What the review is about. */
+    const DownloadPlan& plan() const { return m_plan; }
+    enum class Decision { Start, GiveUp };
+    void decide(Decision decision);
+
 signals:
+    void filesAdopted(int files, qint64 bytes);
     void progressUpdate(float fraction, const QString& message);
     /** Speed and time left, for people; empty when nothing is being transferred. */
     void transferUpdate(const QString& text);
@@ -57,15 +77,26 @@ private slots:
     void onUnpackBundleFinished();
 
 private:
-    enum class State { Scanning, FetchingBundleInfo, Downloading, Unpacking, Syncing, Done, Finished };
+    enum class State {
+        Scanning,
+        Reviewing,
+        FetchingBundleInfo,
+        Downloading,
+        Unpacking,
+        Syncing,
+        Done,
+        Finished
+    };
 
     // On a worker thread
-    bool addMissingFilesToQueue();
+    bool addMissingFilesToQueue(const AdoptedFolder& folder);
     void recoverFromInterruption();
-    bool wantsBundle(int checked, qint64 checkedBytes) const;
-    /** Whether the missing files, and so many bytes more, do not fit on the disk. */
-    bool isShortOfRoom(qint64 moreBytes) const;
+    void adoptFilesFrom(const AdoptedFolder& folder);
+    bool wantsBundle() const;
 
+    void failForLackOfRoom();
+    void startDownload();
+    bool startsAgain();
     void addBundleChunksToQueue();
     void startQueue();
     void goOnWithoutBundle();
@@ -85,6 +116,8 @@ private:
     bool m_bundleMode = false;
     bool m_bundlesRefused = false;
     std::optional<Bundle> m_bundle;
+    QPointer<Downloader> m_bundleInfo; // while it is fetched
+    float m_fraction = 0;
     std::unique_ptr<BundleUnpacker> m_unpacker;
     std::atomic<bool> m_abandoned{false};
     QFutureWatcher<bool> m_scanWatcher;
@@ -92,7 +125,9 @@ private:
     QFutureWatcher<void> m_cleanUpWatcher;
     std::shared_ptr<UpdateMarker> m_marker;
     QString m_markerError;
-    int m_refusedRows = 0;
-    qint64 m_missingBytes = 0;
-    std::optional<qint64> m_freeBytes;
+    AdoptedFolder m_adopted;  // no path: none
+    bool m_lookAgain = false; // in another folder
+    DownloadPlan m_plan;
+    Review m_review;
+    bool m_isReviewed = false;
 };

@@ -40,6 +40,12 @@ void DownloadQueue::enqueue(const IndexEntryPtr& entry)
     m_progress.expect(entry->size);
 }
 
+void DownloadQueue::dropWaiting()
+{
+    m_queue.clear();
+    checkIfFinished();
+}
+
 void DownloadQueue::clear()
 {
     m_queue.clear();

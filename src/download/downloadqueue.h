@@ -41,6 +41,8 @@ public:
     /** Requests in flight run to their end, no new ones start. While the RateLimiter is held these stop as
      * well; they go on later where they stood. */
     void pauseDownload();
+    /** Drops what waits: the run ends with what is in flight. */
+    void dropWaiting();
     /** Drops what waits, and forgets how the last run went. Not while it runs. */
     void clear();
 
@@ -49,6 +51,11 @@ public:
     /** Files that wait. */
     int getSize() const { return m_queue.size(); }
     qint64 getBytesToDownload() const { return m_progress.bytesToDownload(); }
+
+    /** What is in flight, for the log. */
+    QString activity() const;
+    /** Asks anew for the rest of what has not moved for some seconds. */
+    void askAgain();
 
     /** A transfer on which nothing has moved for so long is given up and tried again. */
     void setStallTimeout(int milliseconds) { m_stallTimeoutMs = milliseconds; }

@@ -21,6 +21,7 @@
 namespace
 {
 constexpr int maxRetries = 10;
+constexpr int impatientMs = 3000;
 
 /** The toolkit's own windows of 64 KB make the server wait for us after every few frames. */
 QHttp2Configuration wideWindows()
@@ -299,4 +300,36 @@ void DownloadQueue::abortStalledTransfers()
         qWarning().noquote() << "No data for too long from" << reply->url().toString();
         reply->abort();
     }
+}
+
+QString DownloadQueue::activity() const
+{
+    auto text = QStringLiteral("%1 files to go, %2 bytes received")
+                    .arg(m_queue.size())
+                    .arg(m_progress.bytesReceived());
+    if (!m_stopped.isEmpty())
+        text += QStringLiteral(", %1 requests held").arg(m_stopped.size());
+    if (m_transfers.isEmpty())
+        return m_inFlight.isEmpty() ? text
+                                    : text + QStringLiteral(", %1 files being stored").arg(m_inFlight.size());
+    const auto longest =
+        std::max_element(m_transfers.cbegin(), m_transfers.cend(), [](const Transfer& a, const Transfer& b) {
+            return a.sinceProgress.elapsed() < b.sinceProgress.elapsed();
+        });
+    return text +
+           QStringLiteral(", %1 requests in flight, among them %2").arg(m_transfers.size()).arg(longest->url);
+}
+
+void DownloadQueue::askAgain()
+{
+    const auto replies = m_transfers.keys();
+    for (auto* reply : replies) {
+        const auto& transfer = m_transfers[reply];
+        if (!transfer.ended && reply->bytesAvailable() == 0 &&
+            transfer.sinceProgress.hasExpired(impatientMs)) {
+            qInfo().noquote() << "Asking again for" << transfer.url << "from" << transfer.received;
+            get(stop(reply));
+        }
+    }
+    goOn();
 }

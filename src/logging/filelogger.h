@@ -19,6 +19,8 @@ public:
      * log file.
      */
     bool initialize(const QString& folder);
+    /** The file of this run; empty when there is none. */
+    QString path() const { return m_file.isOpen() ? m_file.fileName() : QString(); }
 
     void outputMessage(const QDateTime& time, const QString& typeName, const QString& category,
                        const QString& message, int repeatCount) override;

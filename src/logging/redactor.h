@@ -6,7 +6,7 @@
 
 /**
  * Knows the secrets of this run and replaces them by "[redacted]" in texts, also where they stand
- * percent-encoded, in Base64 or in hexadecimal. May be used from any thread.
+ * percent-encoded, in Base64 (also as part of a longer text) or in hexadecimal. May be used from any thread.
  */
 class Redactor
 {
@@ -20,6 +20,8 @@ public:
      * they are.
      */
     void addSecretsOfEnvironment();
+    /** The same for one variable. */
+    void addSecretOfVariable(const QString& name, const QString& value);
 
     QString redact(const QString& text) const;
 

@@ -198,6 +198,14 @@ void Copier::onMapFinished()
     emit finished(this);
 }
 
+QString Copier::activity() const
+{
+    return QStringLiteral("%1: the disk, %2 of %3 groups of files done")
+        .arg(taskName())
+        .arg(m_watcher.progressValue())
+        .arg(m_watcher.progressMaximum());
+}
+
 int Copier::copyFiles()
 {
     determineFilesToCopy();

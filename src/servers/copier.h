@@ -51,10 +51,12 @@ public:
     ~Copier() override;
 
     void go() override;
-    // A copy runs to its end.
-    void cancel() override {}
-    void pause() override {}
-    void resume() override {}
+    void cancel() override {} // a copy runs to its end
+    /** Files that are being copied are completed. */
+    void pause() override { m_watcher.pause(); }
+    void resume() override { m_watcher.resume(); }
+
+    QString activity() const override;
 
     /** The same in one go; returns the error code. The calling thread waits. */
     int copyFiles();

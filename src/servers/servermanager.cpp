@@ -7,6 +7,7 @@
 #include "index/indexparser.h"
 #include "logging/messagehandler.h"
 #include "servers/copier.h"
+#include "servers/indexdownload.h"
 #include "settings/settings.h"
 #include "tasks/scheduler.h"
 #include "telemetry/eventlogger.h"
@@ -154,6 +155,8 @@ void ServerManager::refresh()
     }
     m_ready = false;
     m_updating = true;
+    m_progress.fraction = 0;
+    m_progress.text.clear();
     scheduleDownload(QStringLiteral("Patch info downloader for %1").arg(m_displayName), QUrl(m_patchInfoUrl),
                      &ServerManager::onPatchInfoDownloadFinished);
 }
@@ -361,6 +364,7 @@ void ServerManager::copyBinaries()
     connect(copier, &Task::finished, this, &ServerManager::onCopyFinished);
     emit progressUpdate(this, 0.0F, tr("Copying files"));
     m_downloadStep = DownloadStep::Copy;
+    m_progress.text = tr("Copying files");
     emit Scheduler::instance()->schedule(m_name, copier);
 }
 
@@ -449,20 +453,39 @@ void ServerManager::onProgressUpdate(float fraction, const QString& message)
     case DownloadStep::FullResources:
         break;
     }
-    emit progressUpdate(this, overall, message);
+    m_progress.fraction = overall;
+    m_progress.text = message;
+    reportProgress();
+}
+
+void ServerManager::reportProgress()
+{
+    if (!m_progress.shownText().isEmpty()) // else nothing has been told yet
+        emit progressUpdate(this, m_progress.fraction, m_progress.shownText());
+}
+
+void ServerManager::setHeldBecause(const QString& reason)
+{
+    m_progress.heldBecause = reason;
+    if (m_updating || m_fullDownloadRunning)
+        reportProgress();
 }
 
 void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPtr& index,
                                           const QString& baseUrl, DownloadStep step, const QString& queue,
                                           void (ServerManager::*onFinished)(Task*))
 {
-    auto* task =
-        new DownloadFromIndexTask(taskName, index, baseUrl, Settings::instance()->getCacheFolder(), this);
+    auto* task = makeIndexDownload(taskName, index, baseUrl, this);
+    if (m_review)
+        task->setReview([this](DownloadFromIndexTask* reviewed) { m_review(this, reviewed); });
+    connect(task, &DownloadFromIndexTask::filesAdopted, this, &ServerManager::filesAdopted);
     connect(task, &DownloadFromIndexTask::progressUpdate, this, &ServerManager::onProgressUpdate);
     connect(task, &DownloadFromIndexTask::transferUpdate, this,
             [this](const QString& text) { emit transferUpdate(this, text); });
     connect(task, &Task::finished, this, onFinished);
     m_downloadStep = step;
+    if (!m_progress.heldBecause.isEmpty())
+        reportProgress();
     emit Scheduler::instance()->schedule(queue, task);
 }
 

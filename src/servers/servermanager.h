@@ -2,13 +2,17 @@
 
 #include "index/index.h"
 #include "servers/attachedprocess.h"
+#include "servers/heldprogress.h"
 #include "tasks/task.h"
 
 #include <QFutureWatcher>
 #include <QJsonObject>
 #include <QSet>
 
+#include <functional>
+
 class Downloader;
+class DownloadFromIndexTask;
 
 /**
  * Keeps one game server's client up to date and starts it.
@@ -55,10 +59,18 @@ public:
     bool isReady() const { return m_ready; }
     /** Between refresh() and its endUpdate() or failedUpdate(). */
     bool isUpdating() const { return m_updating; }
+    /** What was last told of the update, for people. */
+    QString progressText() const { return m_progress.shownText(); }
     /** All resources are being downloaded in the background, or are about to be. */
     bool isFullDownloadRunning() const { return m_fullDownloadRunning; }
     bool isActive() const { return m_active; }
     void setActive(bool active) { m_active = active; }
+    /** Asked before a long download, and where there seems to be too little room; see DownloadFromIndexTask.
+     */
+    using Review = std::function<void(ServerManager* server, DownloadFromIndexTask* task)>;
+    void setReview(const Review& review) { m_review = review; }
+    /** While there is a reason why downloads are held, it stands where the progress is told otherwise. */
+    void setHeldBecause(const QString& reason);
     bool isRunningProcesses() const { return !m_processes.isEmpty(); }
 
     /** The token of the logged-in user, for protected builds; it is kept out of all records. */
@@ -97,6 +109,8 @@ signals:
     void progressUpdate(ServerManager* server, float fraction, const QString& message);
     /** Speed and time left of a download, for people; empty when none runs. */
     void transferUpdate(ServerManager* server, const QString& text);
+    /** Files were taken from the player's folder instead of being downloaded. */
+    void filesAdopted(int files, qint64 bytes);
     void processRequested(ServerManager* server);
     void processStarted(ServerManager* server, AttachedProcess* process);
     void showErrorMessage(const QString& title, const QString& text, int number);
@@ -128,6 +142,7 @@ private:
     /** With the task's own words for the player, where it has some. */
     void notifyTaskError(const Task* task);
     void onProgressUpdate(float fraction, const QString& message);
+    void reportProgress();
     void scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
                                DownloadStep step, const QString& queue,
                                void (ServerManager::*onFinished)(Task*));
@@ -160,4 +175,6 @@ private:
     bool m_active = false;
     bool m_fullDownloadRunning = false;
     bool m_isProtected = false;
+    HeldProgress m_progress;
+    Review m_review;
 };

@@ -7,6 +7,7 @@
 #include "servers/clientcommand.h"
 #include "servers/consolerouter.h"
 #include "servers/copier.h"
+#include "servers/launchoptions.h"
 #include "servers/steam.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
@@ -16,6 +17,19 @@
 #include <QDebug>
 #include <QDir>
 #include <QFileInfo>
+
+namespace
+{
+QProcessEnvironment environmentWith(const LaunchOptions& options)
+{
+    auto environment = Settings::instance()->getWineManager()->getWineProcessEnvironment();
+    for (const auto& [name, value] : options.variables) {
+        logRedactor().addSecretOfVariable(name, value);
+        environment.insert(name, value);
+    }
+    return environment;
+}
+} // namespace
 
 void ServerManager::play(const QString& token, const QString& settingsProfile, const QString& username)
 {
@@ -74,7 +88,16 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
     }
     auto process = std::make_unique<QProcess>();
     settings->getWineManager()->prepareEnv();
-    process->setProcessEnvironment(settings->getWineManager()->getWineProcessEnvironment());
+    LaunchOptions options;
+    auto problem = readWrapper(settings->getLaunchWrapper(), &options);
+    if (problem.isEmpty())
+        problem = readVariables(settings->getClientEnvironment(m_name), &options);
+    if (!problem.isEmpty()) {
+        qWarning().noquote() << "Cannot launch client:" << problem;
+        emit showErrorMessage(tr("Client launch failure"), problem, 10);
+        return;
+    }
+    process->setProcessEnvironment(environmentWith(options));
     qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
     reportWineLaunch();
     if (!QFileInfo::exists(program)) {
@@ -86,8 +109,11 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
     if (settings->shouldRouteConsoleOutputToLog())
         routeConsoleOutputToLog(process.get());
     process->setWorkingDirectory(workingDirectory);
-    process->setProgram(program);
-    process->setArguments(arguments);
+    const auto command = options.wrapper + QStringList{program} + arguments;
+    process->setProgram(command.constFirst());
+    process->setArguments(command.mid(1));
+    if (!options.wrapper.isEmpty())
+        qInfo().noquote() << "The client is started by" << options.wrapper;
 
     auto* attached = new AttachedProcess(process.get());
     auto* started = process.release();

@@ -7,6 +7,7 @@
 #include "index/indexfile.h"
 #include "index/indexparser.h"
 #include "servers/copier.h"
+#include "servers/indexdownload.h"
 #include "servers/prefixusers.h"
 #include "settings/settings.h"
 #include "tasks/scheduler.h"
@@ -182,10 +183,8 @@ void WineManager::onIndexDownloadFinished(Task* task)
         end(NoError);
         return;
     }
-    const auto* settings = Settings::instance();
-    auto* download =
-        new DownloadFromIndexTask(QStringLiteral("Downloader for wine"), index,
-                                  settings->getBaseUrlForBinaries(), settings->getCacheFolder(), this);
+    auto* download = makeIndexDownload(QStringLiteral("Downloader for wine"), index,
+                                       Settings::instance()->getBaseUrlForBinaries(), this);
     connect(download, &DownloadFromIndexTask::progressUpdate, this, &WineManager::onProgressUpdate);
     connect(download, &Task::finished, this, &WineManager::onDownloadFinished);
     emit Scheduler::instance()->schedule(queueName(), download);
@@ -260,7 +259,22 @@ void WineManager::onProgressUpdate(float fraction, const QString& text)
         overall = fraction * 0.8F;
     else if (m_downloadStep == DownloadStep::Copy)
         overall = fraction * 0.19F + 0.8F;
-    emit progressUpdate(overall, tr("Wine: %1").arg(text));
+    m_progress.fraction = overall;
+    m_progress.text = text;
+    reportProgress();
+}
+
+void WineManager::reportProgress()
+{
+    if (!m_progress.shownText().isEmpty())
+        emit progressUpdate(m_progress.fraction, tr("Wine: %1").arg(m_progress.shownText()));
+}
+
+void WineManager::setHeldBecause(const QString& reason)
+{
+    m_progress.heldBecause = reason;
+    if (m_step != Step::Idle)
+        reportProgress();
 }
 
 void WineManager::scheduleDownload(const QString& queue, const QString& taskName, const QString& fileName,

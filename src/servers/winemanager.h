@@ -1,6 +1,7 @@
 #pragma once
 
 #include "index/index.h"
+#include "servers/heldprogress.h"
 #include "tasks/task.h"
 
 #include <QFileInfo>
@@ -45,6 +46,9 @@ public:
 
     /** Why the last update failed, for the player; empty where there is nothing to say. */
     QString getErrorText() const { return m_errorText; }
+
+    /** While there is a reason why downloads are held, it stands where the progress is told otherwise. */
+    void setHeldBecause(const QString& reason);
 
     /** Starts one update; only one at a time. */
     void refresh();
@@ -104,6 +108,7 @@ private:
     QString keptIndexPath() const;
     void chooseVersion(const QString& version);
     void onProgressUpdate(float fraction, const QString& text);
+    void reportProgress();
     void scheduleDownload(const QString& queue, const QString& taskName, const QString& fileName,
                           void (WineManager::*onFinished)(Task*));
     static void purge(const QString& cacheFolder, const QString& prefixFolder);
@@ -113,6 +118,7 @@ private:
     bool m_ready = false;
     DownloadStep m_downloadStep = DownloadStep::Download;
     Step m_step = Step::Idle;
+    HeldProgress m_progress;
     QString m_version;
     QString m_errorText;
     QString m_lastDownloaded;

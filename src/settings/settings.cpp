@@ -19,6 +19,14 @@ constexpr Language s_languages[] = {
     {"", "English"}, {"ru", "Russian"}, {"fr", "French"}, {"de", "German"}, {"ja", "Japanese"},
 };
 
+QString clientEnvironmentKey(const QString& server)
+{
+    return QStringLiteral("LauncherClientEnvironment/%1").arg(server);
+}
+
+QString adoptedFolderKey() { return QStringLiteral("LauncherAdoptedFolder"); }
+QString linkAdoptedKey() { return QStringLiteral("LauncherLinkAdoptedFiles"); }
+
 constexpr int resManThreadCounts[] = {0, 2, 4, 8, 16};
 
 bool isLanguage(const QString& code)
@@ -131,6 +139,10 @@ void Settings::setNormalised(Id id, const QVariant& value)
         return set(id, isLanguage(value.toString()) ? value.toString() : QString());
     case Id::WineVersion:
         return set(id, value.toString().isEmpty() ? QVariant(QStringLiteral("latest")) : value);
+    case Id::DownloadLimit: {
+        const double limit = value.toDouble();
+        return set(id, limit > 0 && limit <= maxDownloadLimit ? limit : 0.0);
+    }
     default:
         return set(id, value);
     }
@@ -142,6 +154,41 @@ void Settings::setLanguage(const QString& code)
 {
     setNormalised(Id::Language, code);
     setupTranslator();
+}
+
+void Settings::setDownloadLimit(double megabytesPerSecond)
+{
+    setNormalised(Id::DownloadLimit, megabytesPerSecond);
+}
+
+QStringList Settings::getClientEnvironment(const QString& server) const
+{
+    return m_store.value(clientEnvironmentKey(server)).toStringList();
+}
+
+void Settings::setClientEnvironment(const QString& server, const QStringList& lines)
+{
+    if (lines.isEmpty())
+        m_store.remove(clientEnvironmentKey(server));
+    else
+        m_store.setValue(clientEnvironmentKey(server), lines);
+}
+
+QString Settings::getAdoptedFolder() const { return m_store.value(adoptedFolderKey()).toString(); }
+
+bool Settings::linksAdoptedFiles() const { return m_store.value(linkAdoptedKey()).toBool(); }
+
+void Settings::setAdoptedFolder(const QString& folder, bool linkFiles)
+{
+    m_store.setValue(linkAdoptedKey(), linkFiles);
+    m_store.setValue(adoptedFolderKey(), folder);
+    emit adoptedFolderChosen();
+}
+
+void Settings::forgetAdoptedFolder()
+{
+    m_store.remove(linkAdoptedKey());
+    m_store.remove(adoptedFolderKey());
 }
 
 void Settings::setWineVersion(const QString& version) { setNormalised(Id::WineVersion, version); }

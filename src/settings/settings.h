@@ -98,6 +98,29 @@ public:
     ResManThreadCountOption getResManThreadCountAsOption() const;
     static QStringList getResManThreadCountOptions();
     QString getGraphicsModeString() const;
+    /** Megabytes (of 1,048,576 bytes) per second that all downloads together may take; 0 is no limit. */
+    double getDownloadLimit() const { return value(Id::DownloadLimit).toDouble(); }
+    static constexpr double maxDownloadLimit = 10000;
+    /** What is no usable number counts as no limit. */
+    void setDownloadLimit(double megabytesPerSecond);
+    bool downloadsOnlyWithoutClients() const { return flag(Id::DownloadOnlyWithoutClients); }
+    void setDownloadsOnlyWithoutClients(bool on) { set(Id::DownloadOnlyWithoutClients, on); }
+    /** Paused by the player. */
+    bool areDownloadsPaused() const { return flag(Id::DownloadsPaused); }
+    void setDownloadsPaused(bool paused) { set(Id::DownloadsPaused, paused); }
+    /** The command that is put in front of the Wine program of a client; usually empty. */
+    QString getLaunchWrapper() const { return text(Id::LaunchWrapper); }
+    void setLaunchWrapper(const QString& command) { set(Id::LaunchWrapper, command.trimmed()); }
+    /** The environment variables of a server's clients, as lines of the form NAME=value. */
+    QStringList getClientEnvironment(const QString& server) const;
+    void setClientEnvironment(const QString& server, const QStringList& lines);
+    /** A folder with game files, from which is taken what would have to be downloaded; empty for none. It is
+     * remembered until it has been made use of. */
+    QString getAdoptedFolder() const;
+    /** Whether its files are linked into the cache instead of copied. */
+    bool linksAdoptedFiles() const;
+    void setAdoptedFolder(const QString& folder, bool linkFiles);
+    void forgetAdoptedFolder();
     /** Whether a second start shows the running launcher instead of starting another one. */
     bool showsRunningLauncher() const { return m_store.value(showRunningKey()).toBool(); }
     void setShowsRunningLauncher(bool on) { m_store.setValue(showRunningKey(), on); }
@@ -207,6 +230,7 @@ signals:
     void setTitleBarHeight(int height);
     void tokenRequired(const QString& server);
     void startRefreshCycle();
+    void adoptedFolderChosen();
     void deviceIdAllocated(const QString& id);
 
 private:

@@ -8,7 +8,8 @@ const std::array<SettingRow, SettingRow::count>& settingsTable()
     constexpr auto loaded = SettingRow::OnStart::Loaded;
     constexpr auto forgotten = SettingRow::OnStart::StartsAtDefault;
     constexpr auto accepted = SettingRow::FromPage::Accepted;
-    // The page can neither move the cache nor choose the Wine version.
+    // The page can neither move the cache nor choose the Wine version nor what is put in front of Wine. It
+    // pauses downloads with a command.
     constexpr auto storedOnly = SettingRow::FromPage::StoredOnly;
 
     static const QStringList testServers{QStringLiteral("osprey"), QStringLiteral("pl")};
@@ -35,6 +36,10 @@ const std::array<SettingRow, SettingRow::count>& settingsTable()
         {Id::WineRetinaMode, "WineRetinaMode", false, loaded, accepted},
         {Id::UseCustomWine, "UseCustomWine", false, loaded, accepted},
         {Id::CustomWinePath, "CustomWinePath", QStringLiteral("wine"), loaded, accepted},
+        {Id::DownloadLimit, "LauncherDownloadLimit", 0.0, loaded, accepted},
+        {Id::DownloadOnlyWithoutClients, "LauncherDownloadOnlyWithoutClients", false, loaded, accepted},
+        {Id::DownloadsPaused, "LauncherDownloadsPaused", false, loaded, storedOnly},
+        {Id::LaunchWrapper, "LauncherLaunchWrapper", QString(), loaded, storedOnly},
     }};
     return table;
 }

@@ -30,6 +30,10 @@ struct SettingRow {
         WineRetinaMode,
         UseCustomWine,
         CustomWinePath,
+        DownloadLimit,
+        DownloadOnlyWithoutClients,
+        DownloadsPaused,
+        LaunchWrapper,
     };
     enum class OnStart { Loaded, StartsAtDefault };
     enum class FromPage { Accepted, StoredOnly };
@@ -43,7 +47,7 @@ struct SettingRow {
     /** Whether a value that the web page stores takes effect. */
     FromPage fromPage;
 
-    static constexpr int count = 22;
+    static constexpr int count = 26;
 };
 
 /** All rows, in the order in which they are saved; the row of an id is at the id's position. */

@@ -7,6 +7,7 @@
 #include "shell/frameresizer.h"
 #include "shell/settingsdialog.h"
 #include "shell/titlebar.h"
+#include "shell/toolsmenu.h"
 #include "shell/traystatus.h"
 #include "telemetry/eventlogger.h"
 
@@ -52,10 +53,11 @@ MainWindow::MainWindow() : m_processes(Settings::instance()->getLauncherLogsFold
     m_titleBar->setMenu(m_menu);
     setMenuWidget(m_titleBar);
     setWindowIcon(QIcon(QStringLiteral("://images/icon.png")));
-    setupTrayIcon(m_menu);
 
     qDebug() << "Initializing servers";
     Settings::instance()->initializeServers();
+    setupTools();
+    setupTrayIcon(m_menu);
     connectServers();
     connectWine();
     connect(settings, &Settings::serverListChanged, this, &MainWindow::connectServers);
@@ -86,7 +88,7 @@ void MainWindow::setupMenu()
     folders->addAction(tr("Launcher logs"), this, &MainWindow::onShowLauncherLogsFolder);
     folders->addAction(tr("Shared cache"), this, &MainWindow::onShowSharedCacheFolder);
     m_menu->addSeparator();
-    m_menu->addAction(tr("&Refresh"), this, &MainWindow::refresh);
+    m_menu->addAction(tr("&Refresh"), this, &MainWindow::onRefreshChosen);
     m_menu->addAction(tr("About..."), this, &MainWindow::showAboutDialog);
     m_menu->addSeparator();
     m_menu->addAction(tr("E&xit"), this, &MainWindow::quit);
@@ -99,6 +101,9 @@ void MainWindow::setupTrayIcon(QMenu* menu)
     auto* trayMenu = new QMenu(this);
     m_statusAction = trayMenu->addAction(QString());
     m_statusAction->setEnabled(false);
+    trayMenu->addSeparator();
+    trayMenu->addAction(m_tools->pauseAction());
+    trayMenu->addMenu(m_tools->limitMenu());
     trayMenu->addSeparator();
     trayMenu->addActions(menu->actions());
     m_trayIcon->setContextMenu(trayMenu);
@@ -148,6 +153,11 @@ void MainWindow::connectServers()
                 Qt::UniqueConnection);
         connect(server, &ServerManager::showErrorMessage, this, &MainWindow::onServerError,
                 Qt::UniqueConnection);
+        connect(server, &ServerManager::filesAdopted, this, &MainWindow::onFilesAdopted,
+                Qt::UniqueConnection);
+        if (!Settings::instance()->shouldExitAfterRefresh())
+            server->setReview(
+                [this](ServerManager* asked, DownloadFromIndexTask* task) { reviewDownload(asked, task); });
     }
 }
 

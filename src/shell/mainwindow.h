@@ -11,12 +11,16 @@
 #include <functional>
 
 class ConnectionChecker;
+class DownloadControl;
+class DownloadFromIndexTask;
 class QSystemTrayIcon;
 class ServerManager;
 class SimpleGui;
 class Task;
 class TitleBar;
+class ToolsMenu;
 class TrayStatus;
+class UpdateWatchdog;
 class VerifierGui;
 class WebGui;
 
@@ -76,6 +80,8 @@ private slots:
     void showDiagnoseNetworkDialog();
     void showAboutDialog();
     void showSettings();
+    /** What the menu's "Refresh" does: starts a refresh, or gets the running one to move. */
+    void onRefreshChosen();
     void startLogLens();
     void onShowSharedCacheFolder();
     void onShowLauncherLogsFolder();
@@ -84,6 +90,18 @@ private:
     void setupMenu();
     void setupTrayIcon(QMenu* menu);
     void setupTrayStatus();
+    void setupTools();
+    void showDownloadState();
+    void reviewDownload(ServerManager* server, DownloadFromIndexTask* task);
+    void onFilesAdopted(int files, qint64 bytes);
+    void forgetAdoptedFolder();
+    void showAdoptDialog();
+    /** Opens the dialog, or brings the open one of its kind to the front. */
+    template <typename Dialog, typename... Arguments>
+    Dialog* openTool(Arguments&&... arguments);
+    /** For the log: what the update is waiting for; empty when there is none. */
+    QString describeActivity() const;
+    bool isFullDownloadRunning() const;
     void showTrayStatus();
     void connectServers();
     void connectWine();
@@ -130,6 +148,11 @@ private:
 
     TitleBar* m_titleBar = nullptr;
     QMenu* m_menu = nullptr;
+    DownloadControl* m_downloads = nullptr;
+    ToolsMenu* m_tools = nullptr;
+    UpdateWatchdog* m_watchdog = nullptr;
+    QMap<QString, qint64>
+        m_roomRefused; // the room that a server would need and its player was asked about, by key
     QSystemTrayIcon* m_trayIcon = nullptr;
     TrayStatus* m_trayStatus = nullptr;
     QAction* m_statusAction = nullptr; // tells, and does nothing

@@ -319,6 +319,8 @@ void MainWindow::onRefreshServersDone()
     m_refreshInProgress = false;
     const bool allReady = allServersReady();
     if (allReady)
+        forgetAdoptedFolder();
+    if (allReady)
         setMessage(QStringList{tr("Everything is up to date. Last checked at %1.").arg(timeNow()),
                                describeConnectionErrors()}
                        .join(QLatin1Char(' ')));
@@ -369,17 +371,19 @@ bool MainWindow::allServersReady() const
 }
 
 // A full download counts from the moment it is decided, which is before its task reaches the scheduler.
-void MainWindow::waitForBackgroundTasks()
+bool MainWindow::isFullDownloadRunning() const
 {
     const auto* settings = Settings::instance();
-    const auto isBusy = [settings] {
-        const auto keys = settings->getServerList();
-        return std::any_of(keys.cbegin(), keys.cend(), [settings](const QString& key) {
-            const auto* server = settings->getServer(key);
-            return server && server->isFullDownloadRunning();
-        });
-    };
+    const auto keys = settings->getServerList();
+    return std::any_of(keys.cbegin(), keys.cend(), [settings](const QString& key) {
+        const auto* server = settings->getServer(key);
+        return server && server->isFullDownloadRunning();
+    });
+}
+
+void MainWindow::waitForBackgroundTasks()
+{
     QEventLoop loop;
-    while (!m_closingDown && (isBusy() || Scheduler::instance()->hasBackgroundTask()))
+    while (!m_closingDown && (isFullDownloadRunning() || Scheduler::instance()->hasBackgroundTask()))
         loop.processEvents(QEventLoop::WaitForMoreEvents);
 }

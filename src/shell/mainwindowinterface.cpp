@@ -1,6 +1,7 @@
 // The part of MainWindow that chooses between the web interface and the server list, and tells the player
 // things on either of them.
 
+#include "servers/downloadcontrol.h"
 #include "servers/servermanager.h"
 #include "settings/settings.h"
 #include "shell/mainwindow.h"
@@ -53,6 +54,8 @@ void MainWindow::selectWebGui()
     connect(m_webGui, &WebGui::loadFinished, this, &MainWindow::onLoadFinished);
     connect(m_webGui, &WebGui::cacheDialogRequested, this, &MainWindow::showVerifyDialog);
     connect(m_webGui, &WebGui::profilesDialogRequested, this, &MainWindow::showMigrateSettingsDialog);
+    connect(m_webGui, &WebGui::pauseRequested, m_downloads, [this] { m_downloads->setPaused(true); });
+    connect(m_webGui, &WebGui::resumeRequested, m_downloads, [this] { m_downloads->setPaused(false); });
     setCentralWidget(m_webGui);
     m_webGui->setFocus();
     QTimer::singleShot(longestWaitForPageMs, this, &MainWindow::onLoadFinished);
@@ -62,6 +65,7 @@ void MainWindow::selectServerList()
 {
     m_serverList = new SimpleGui(this);
     m_serverList->setMenu(m_menu);
+    m_serverList->setTools(m_tools);
     setCentralWidget(m_serverList);
     QTimer::singleShot(0, this, &MainWindow::onLoadFinished);
 }
@@ -76,6 +80,7 @@ void MainWindow::showServerList(QMenu* menu, const QString& title)
         m_serverList->setWindowTitle(title);
         m_serverList->setWindowIcon(windowIcon());
         m_serverList->setMenu(menu);
+        m_serverList->setTools(m_tools);
     }
     auto* window = m_serverList->window();
     window->show();

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QDebug>
 #include <QDialogButtonBox>
+#include <QDoubleSpinBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QJsonArray>
@@ -132,7 +133,22 @@ QGroupBox* SettingsDialog::createGeneralForm()
     addSwitch(form, tr("Show the running l&auncher at a second start:"), s->showsRunningLauncher(),
               &Settings::setShowsRunningLauncher,
               tr("Instead of opening another launcher beside it; takes effect at the next start"));
+    addDownloadRows(form);
     return widget;
+}
+
+void SettingsDialog::addDownloadRows(QFormLayout* form)
+{
+    m_downloadLimit = new QDoubleSpinBox(this);
+    m_downloadLimit->setRange(0, Settings::maxDownloadLimit);
+    m_downloadLimit->setDecimals(2);
+    m_downloadLimit->setSuffix(tr(" MB/s"));
+    m_downloadLimit->setSpecialValueText(tr("None"));
+    m_downloadLimit->setValue(m_settings->getDownloadLimit());
+    addRow(form, tr("Limit o&f all downloads together:"), m_downloadLimit, tr("0 is no limit"));
+    addSwitch(form, tr("&Keep downloads until no client runs:"), m_settings->downloadsOnlyWithoutClients(),
+              &Settings::setDownloadsOnlyWithoutClients,
+              tr("Nothing is downloaded while you play; it goes on afterwards"));
 }
 
 QWidget* SettingsDialog::createTestServers()
@@ -275,6 +291,7 @@ void SettingsDialog::apply()
         (m_settings->*choice.set)(choice.box->isChecked());
     m_settings->setResManThreadCount(
         static_cast<Settings::ResManThreadCountOption>(m_threadCount->currentIndex()));
+    m_settings->setDownloadLimit(m_downloadLimit->value());
     m_settings->setWinedebug(m_wineDebug->text());
     m_settings->setWineVersion(m_wineVersion->currentIndex() == 0 ? QStringLiteral("latest")
                                                                   : m_wineVersion->currentText());

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QDoubleSpinBox;
 class QFormLayout;
 class QGroupBox;
 class QLabel;
@@ -42,6 +43,7 @@ private:
     QGroupBox* createGeneralForm();
     QGroupBox* createWineForm();
     QWidget* createTestServers();
+    void addDownloadRows(QFormLayout* form);
     /** Adds a row whose label leads the keyboard to the field; help is its tooltip. */
     void addRow(QFormLayout* form, const QString& label, QWidget* field, const QString& help);
     QCheckBox* addSwitch(QFormLayout* form, const QString& label, bool on, void (Settings::*set)(bool),
@@ -56,6 +58,7 @@ private:
     QComboBox* m_versionType = nullptr;
     QCheckBox* m_ignoreCertErrors = nullptr;
     QComboBox* m_threadCount = nullptr;
+    QDoubleSpinBox* m_downloadLimit = nullptr;
     QVector<QPair<QString, QCheckBox*>> m_testServers;
     QCheckBox* m_useDevVersions = nullptr;
     QLineEdit* m_customWinePath = nullptr;

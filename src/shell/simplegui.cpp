@@ -2,11 +2,13 @@
 
 #include "settings/settings.h"
 #include "shell/serverline.h"
+#include "shell/toolsmenu.h"
 
 #include <QDebug>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QScrollArea>
 #include <QStyleOption>
 #include <QStylePainter>
@@ -16,7 +18,7 @@ static QString listGeometryKey() { return QStringLiteral("LauncherServerListWind
 
 SimpleGui::SimpleGui(QWidget* parent)
     : QWidget(parent), m_layout(new QVBoxLayout(this)), m_rows(new QVBoxLayout),
-      m_menuBar(new QMenuBar(this)), m_message(new QLabel(this))
+      m_menuBar(new QMenuBar(this)), m_message(new QLabel(this)), m_pause(new QPushButton(this))
 {
     setWindowTitle(tr("Server list - Velkor Launcher"));
     restoreGeometry(Settings::instance()->store().value(listGeometryKey()).toByteArray());
@@ -34,13 +36,18 @@ SimpleGui::SimpleGui(QWidget* parent)
     m_message->setObjectName(QStringLiteral("message"));
     m_message->setTextFormat(Qt::PlainText);
     m_message->setWordWrap(true);
-    m_message->setContentsMargins(28, 8, 28, 16);
+    m_message->setContentsMargins(28, 8, 12, 16);
+    m_pause->hide(); // until there are tools
+    auto* bottom = new QHBoxLayout;
+    bottom->setContentsMargins(0, 0, 24, 8);
+    bottom->addWidget(m_message, 1);
+    bottom->addWidget(m_pause);
 
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
     m_layout->setMenuBar(m_menuBar);
     m_layout->addWidget(scroll, 1);
-    m_layout->addWidget(m_message);
+    m_layout->addLayout(bottom);
     setupLayout();
     connect(Settings::instance(), &Settings::serverListChanged, this, &SimpleGui::onServerListChanged);
     qDebug() << "SimpleGui opened";
@@ -57,6 +64,8 @@ void SimpleGui::setupLayout()
         auto* file = m_menuBar->addAction(tr("&File"));
         file->setMenu(m_menu);
     }
+    if (m_tools)
+        m_menuBar->addMenu(m_tools);
     const auto keys = Settings::instance()->getServerList();
     for (const auto& key : keys) {
         if (auto* server = Settings::instance()->getServer(key))
@@ -78,6 +87,19 @@ void SimpleGui::setMenu(QMenu* menu)
     m_menu = menu;
     setupLayout();
 }
+
+void SimpleGui::setTools(ToolsMenu* tools)
+{
+    m_tools = tools;
+    auto* pause = tools->pauseAction();
+    connect(m_pause, &QPushButton::clicked, pause, &QAction::trigger);
+    connect(pause, &QAction::changed, this, &SimpleGui::updatePauseButton);
+    updatePauseButton();
+    m_pause->show();
+    setupLayout();
+}
+
+void SimpleGui::updatePauseButton() { m_pause->setText(m_tools->pauseAction()->text()); }
 
 void SimpleGui::closeEvent(QCloseEvent* event)
 {

@@ -5,7 +5,9 @@
 class QLabel;
 class QMenu;
 class QMenuBar;
+class QPushButton;
 class QVBoxLayout;
+class ToolsMenu;
 
 /** The server list: one row for each served server, and a line for messages. Follows the list of the
  * settings. */
@@ -20,6 +22,8 @@ public:
     void setMessage(const QString& text);
     /** The menu below "File"; not owned. */
     void setMenu(QMenu* menu);
+    /** The menu beside it, and the button that pauses downloads; not owned. */
+    void setTools(ToolsMenu* tools);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -30,10 +34,13 @@ private slots:
 
 private:
     void setupLayout();
+    void updatePauseButton();
 
     QVBoxLayout* const m_layout;
     QVBoxLayout* const m_rows;
     QMenuBar* const m_menuBar;
     QLabel* const m_message;
+    QPushButton* const m_pause;
     QMenu* m_menu = nullptr;
+    ToolsMenu* m_tools = nullptr;
 };

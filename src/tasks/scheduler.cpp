@@ -83,7 +83,7 @@ void Scheduler::runNextTask()
         m_currentTask = task;
         start(task);
     } else if (m_backgroundTask) {
-        m_backgroundTask->resume();
+        resumeBackgroundTask();
     } else if (auto* backgroundTask = takeFirst(&m_backgroundTasks)) {
         m_backgroundTask = backgroundTask;
         start(backgroundTask);
@@ -99,6 +99,8 @@ void Scheduler::start(Task* task)
     QElapsedTimer timer;
     timer.start();
     task->go();
+    if (m_held && task == currentTask()) // else it has ended already
+        task->pause();
     qDebug().noquote() << name << "go:" << static_cast<float>(static_cast<double>(timer.elapsed()) / 1000.0);
 }
 
@@ -120,6 +122,16 @@ void Scheduler::onTaskDestroyed(const QObject* task)
     runNextTask();
 }
 
+void Scheduler::setHeld(bool held)
+{
+    if (std::exchange(m_held, held) == held || !currentTask())
+        return;
+    if (held)
+        currentTask()->pause();
+    else
+        currentTask()->resume();
+}
+
 void Scheduler::pauseBackgroundTask()
 {
     if (m_backgroundTask)
@@ -128,7 +140,7 @@ void Scheduler::pauseBackgroundTask()
 
 void Scheduler::resumeBackgroundTask()
 {
-    if (m_backgroundTask)
+    if (m_backgroundTask && !m_held)
         m_backgroundTask->resume();
 }
 

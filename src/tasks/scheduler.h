@@ -32,6 +32,10 @@ public:
     void setPriorityKey(const QString& key) { m_priorityKey = key; }
 
     bool hasBackgroundTask() const { return m_backgroundTask || !m_backgroundTasks.isEmpty(); }
+    /** While held, what runs is paused, and what is started is paused at once. */
+    void setHeld(bool held);
+    /** The task that runs now, the foreground one first; null when there is none. */
+    Task* currentTask() const { return m_currentTask ? m_currentTask : m_backgroundTask; }
     void pauseBackgroundTask();
     void resumeBackgroundTask();
     /** Runs a local event loop until no background task is left. */
@@ -58,6 +62,7 @@ private:
     QMap<QString, std::shared_ptr<Queue>> m_queues;
     Queue m_backgroundTasks;
     bool m_stopped = false;
+    bool m_held = false;
     Task* m_currentTask = nullptr;
     Task* m_backgroundTask = nullptr;
     QString m_priorityKey;

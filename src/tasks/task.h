@@ -36,6 +36,11 @@ public:
     virtual void pause() = 0;
     virtual void resume() = 0;
 
+    /** What it does or waits for, for the log, with figures that change while it moves. */
+    virtual QString activity() const { return taskName(); }
+    /** Asks again for what has not come for some seconds; nothing that has come is lost. */
+    virtual void askAgain() {}
+
     bool isError() const { return m_errorCode != NoError; }
     /** One of UpdateError; meaningful once finished() has been emitted. */
     int getErrorCode() const { return m_errorCode; }

@@ -83,6 +83,9 @@ signals:
     void cacheDialogRequested();
     /** The page wants the manager of the client's settings profiles. */
     void profilesDialogRequested();
+    /** The page wants downloads to be paused, or to go on. */
+    void pauseRequested();
+    void resumeRequested();
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
@@ -124,6 +127,8 @@ private:
     void closeWebSocket(const BridgeCommand& command, CustomWebPage* sender);
     void setToken(const BridgeCommand& command, CustomWebPage* sender);
     void finishSso(const BridgeCommand& command, CustomWebPage* sender);
+    void pauseDownloads(const BridgeCommand& command, CustomWebPage* sender);
+    void resumeDownloads(const BridgeCommand& command, CustomWebPage* sender);
 
     void connectEvents();
     void call(PageCall call, const QStringList& arguments);

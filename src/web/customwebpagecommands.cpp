@@ -37,6 +37,8 @@ const std::vector<CustomWebPage::Command>& CustomWebPage::commandTable()
         {"closewebsocket", &CustomWebPage::closeWebSocket},
         {"settoken", &CustomWebPage::setToken},
         {"ssoCode", &CustomWebPage::finishSso},
+        {"pausedownloads", &CustomWebPage::pauseDownloads},
+        {"resumedownloads", &CustomWebPage::resumeDownloads},
     };
     return table;
 }
@@ -219,4 +221,14 @@ void CustomWebPage::finishSso(const BridgeCommand& command, CustomWebPage* sende
     // Later: the engine is still busy with the page.
     if (sender != this)
         QMetaObject::invokeMethod(sender, &QWebEnginePage::windowCloseRequested, Qt::QueuedConnection);
+}
+
+void CustomWebPage::pauseDownloads(const BridgeCommand& /*command*/, CustomWebPage* /*sender*/)
+{
+    emit pauseRequested();
+}
+
+void CustomWebPage::resumeDownloads(const BridgeCommand& /*command*/, CustomWebPage* /*sender*/)
+{
+    emit resumeRequested();
 }

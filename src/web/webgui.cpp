@@ -99,6 +99,8 @@ WebGui::WebGui(QWidget* parent)
             Qt::QueuedConnection);
     connect(m_page, &CustomWebPage::profilesDialogRequested, this, &WebGui::profilesDialogRequested,
             Qt::QueuedConnection);
+    connect(m_page, &CustomWebPage::pauseRequested, this, &WebGui::pauseRequested);
+    connect(m_page, &CustomWebPage::resumeRequested, this, &WebGui::resumeRequested);
     checkGuiVersion();
     logProfile();
 }

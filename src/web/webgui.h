@@ -50,6 +50,9 @@ signals:
     /** The page wants one of the launcher's dialogs. */
     void cacheDialogRequested();
     void profilesDialogRequested();
+    /** The page wants downloads to be paused, or to go on. */
+    void pauseRequested();
+    void resumeRequested();
 
 public slots:
     void onVersionInfoDownloadFinished(Task* task);

@@ -1,9 +1,14 @@
 #include "maintenance/diagnosticsdialog.h"
 #include "maintenance/migratesettingsgui.h"
+#include "maintenance/reportdialog.h"
 #include "maintenance/verifiergui.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
+#include "shell/adoptdialog.h"
+#include "shell/downloadplandialog.h"
+#include "shell/launchoptionsdialog.h"
+#include "shell/logdialog.h"
 #include "shell/mainwindow.h"
 #include "shell/settingsdialog.h"
 #include "shell/theme.h"
@@ -51,6 +56,13 @@ private:
                 collect(child, controls);
         }
     }
+    static DownloadPlan longPlan(bool isShortOfRoom)
+    {
+        DownloadPlan plan;
+        plan.checkedBytes = plan.roomNeeded = plan.bytesToFetch = plan.missingBytes = 123456789012;
+        plan.roomLeft = isShortOfRoom ? 5 : 234567890123;
+        return plan;
+    }
     std::unique_ptr<QWidget> makeWindow(const QString& name) const
     {
         if (name == "main window")
@@ -63,8 +75,19 @@ private:
             return std::make_unique<MigrateSettingsGui>();
         if (name == "update")
             return std::make_unique<UpdateDialog>("7");
+        if (name == "existing files")
+            return std::make_unique<AdoptDialog>("/nowhere", m_cache.path());
+        if (name == "launch options")
+            return std::make_unique<LaunchOptionsDialog>(Settings::instance());
+        if (name == "log")
+            return std::make_unique<LogDialog>(m_cache.filePath("log"));
+        if (name.startsWith("long download"))
+            return std::make_unique<DownloadPlanDialog>("Kestrel", longPlan(name.endsWith("room")),
+                                                        m_cache.path(), std::chrono::hours(1));
         Diagnostics::Plan plan;
         plan.cacheFolder = m_cache.path();
+        if (name == "report")
+            return std::make_unique<ReportDialog>(plan);
         return std::make_unique<DiagnosticsDialog>(plan);
     }
     /** The texts that do not have the room they need. */
@@ -128,6 +151,11 @@ private slots:
         QTest::newRow("profiles") << 6;
         QTest::newRow("diagnostics") << 5;
         QTest::newRow("update") << 2;
+        QTest::newRow("existing files") << 4;
+        QTest::newRow("launch options") << 5;
+        QTest::newRow("log") << 5;
+        QTest::newRow("long download") << 2;
+        QTest::newRow("report") << 4;
     }
     void controlsHaveNamesAndAreReached()
     {
@@ -175,7 +203,9 @@ private slots:
             QVERIFY(translator.load("velkorlauncher_" + language, VELKOR_BIN));
             QVERIFY(QCoreApplication::installTranslator(&translator));
         }
-        for (const auto* name : {"main window", "settings", "cache", "profiles", "diagnostics", "update"}) {
+        for (const auto* name :
+             {"main window", "settings", "cache", "profiles", "diagnostics", "update", "existing files",
+              "launch options", "log", "long download", "long download without room", "report"}) {
             const auto window = makeWindow(name);
             window->show();
             QVERIFY(QTest::qWaitForWindowExposed(window.get()));

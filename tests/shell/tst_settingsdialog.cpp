@@ -110,6 +110,8 @@ private slots:
                                       "Thread count for resource download in client",
                                       "Test Servers",
                                       "Show the running launcher at a second start:",
+                                      "Limit of all downloads together:",
+                                      "Keep downloads until no client runs:",
                                       "Use custom Wine",
                                       "Custom Wine path",
                                       "Use dev versions",
@@ -133,7 +135,7 @@ private slots:
             letters += letter;
             QVERIFY2(!text->buddy()->toolTip().isEmpty(), qPrintable(text->text()));
         }
-        QCOMPARE(letters.size(), 22);
+        QCOMPARE(letters.size(), 24);
     }
 
     void appliesAndSavesEverythingAtOnce()

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "tools/loglens/logmodel.h"
+#include "logging/logmodel.h"
 #include "tools/loglens/logreceiver.h"
 
 #include <QMainWindow>

@@ -34,6 +34,8 @@ public:
     void append(const QVector<LogRecord>& records);
     void clear();
     void setFilter(const LogFilter& filter);
+    /** A row that is shown, as a line of text. */
+    QString lineText(int row) const;
     /** Everything that is shown, as lines of text. */
     QString toText() const;
     size_t recordCount() const { return m_records.size(); }

@@ -1,4 +1,4 @@
-#include "tools/loglens/logmodel.h"
+#include "logging/logmodel.h"
 
 #include "logging/logmessage.h"
 
@@ -114,15 +114,19 @@ QString LogModel::cellText(const LogRecord& record, int column)
     }
 }
 
+QString LogModel::lineText(int row) const
+{
+    QStringList cells;
+    for (int column = 0; column < ColumnCount; ++column)
+        cells << cellText(shownRecord(row), column);
+    return cells.join(QLatin1Char('\t'));
+}
+
 QString LogModel::toText() const
 {
     QString text;
-    for (int row = 0; row < rowCount(); ++row) {
-        QStringList cells;
-        for (int column = 0; column < ColumnCount; ++column)
-            cells << cellText(shownRecord(row), column);
-        text += cells.join(QLatin1Char('\t')) + QLatin1Char('\n');
-    }
+    for (int row = 0; row < rowCount(); ++row)
+        text += lineText(row) + QLatin1Char('\n');
     return text;
 }
 

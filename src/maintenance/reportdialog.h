@@ -1,0 +1,37 @@
+#pragma once
+
+#include "maintenance/reportbundle.h"
+
+#include <QDialog>
+
+class QLabel;
+class QListWidget;
+class QListWidgetItem;
+class QPlainTextEdit;
+class QProgressBar;
+class QPushButton;
+
+/** Shows what a report for the support will hold, part by part, and saves those parts that the player leaves
+ * in. */
+class ReportDialog : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ReportDialog(const Diagnostics::Plan& plan, QWidget* parent = nullptr);
+
+    /** Writes the chosen parts; returns an error for the player, or an empty text. */
+    QString saveTo(const QString& path) const;
+
+private:
+    void onGathered();
+    void showPart(int row);
+    void save();
+
+    ReportBundle m_bundle;
+    QLabel* m_status = nullptr;
+    QProgressBar* m_progress = nullptr;
+    QListWidget* m_list = nullptr;
+    QPlainTextEdit* m_text = nullptr;
+    QPushButton* m_save = nullptr;
+};
