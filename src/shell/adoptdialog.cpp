@@ -1,5 +1,7 @@
 #include "shell/adoptdialog.h"
 
+#include "shell/fitheight.h"
+
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QDir>
@@ -59,7 +61,8 @@ AdoptDialog::AdoptDialog(const QString& folder, const QString& cache, QWidget* p
     layout->addWidget(m_problem);
     layout->addStretch();
     layout->addWidget(m_buttons);
-    resize(560, layout->totalHeightForWidth(560));
+    resize(560, 0);
+    new FitHeight(this);
     check();
 }
 

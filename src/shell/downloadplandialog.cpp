@@ -1,6 +1,7 @@
 #include "shell/downloadplandialog.h"
 
 #include "logging/formatmemory.h"
+#include "shell/fitheight.h"
 
 #include <QDialogButtonBox>
 #include <QDir>
@@ -67,7 +68,8 @@ DownloadPlanDialog::DownloadPlanDialog(const QString& server, const DownloadPlan
     layout->addWidget(m_timeLeft);
     layout->addStretch();
     layout->addWidget(buttons);
-    resize(480, layout->totalHeightForWidth(480));
+    resize(480, 0);
+    new FitHeight(this);
 
     connect(&m_timer, &QTimer::timeout, this, &DownloadPlanDialog::onTick);
     m_timer.start(qMax(std::chrono::milliseconds(1), patience / m_ticksLeft));
