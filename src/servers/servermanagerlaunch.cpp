@@ -86,8 +86,6 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
                               tr("Wine is being updated. Please wait until that is done."), 10);
         return;
     }
-    auto process = std::make_unique<QProcess>();
-    settings->getWineManager()->prepareEnv();
     LaunchOptions options;
     auto problem = readWrapper(settings->getLaunchWrapper(), &options);
     if (problem.isEmpty())
@@ -97,6 +95,8 @@ void ServerManager::startProcess(const QString& program, const QStringList& argu
         emit showErrorMessage(tr("Client launch failure"), problem, 10);
         return;
     }
+    auto process = std::make_unique<QProcess>();
+    settings->getWineManager()->prepareEnv();
     process->setProcessEnvironment(environmentWith(options));
     qDebug().noquote() << "(" + process->processEnvironment().toStringList().join(QStringLiteral(", ")) + ")";
     reportWineLaunch();

@@ -5,6 +5,8 @@
 #include "tests/testkit/testmain.h"
 #include "tools/publisher/bundlewriter.h"
 
+#include <sys/stat.h>
+
 class TestDownloadFromIndexTask : public QObject
 {
     Q_OBJECT
@@ -89,6 +91,106 @@ private slots:
         QFile::remove(m_cache->filePath("ResFiles/" + index->entries()[3]->cachedName));
         QCOMPARE(run(index), 0);
         QCOMPARE(int(m_service->content().requests().size()), 1);
+        QVERIFY(hiddenFiles().isEmpty());
+    }
+
+    void takesFilesFromAFolder_data()
+    {
+        QTest::addColumn<bool>("link");
+        QTest::newRow("copied") << false;
+        QTest::newRow("linked") << true;
+    }
+    void takesFilesFromAFolder()
+    {
+        QFETCH(bool, link);
+        const auto index = publishBundle(20, 3000); // nearly all is missing, yet no bundle is needed
+        const QTemporaryDir old;
+        for (int i = 0; i < 20; ++i) {
+            auto content = sampleBytes(i, 3000);
+            if (i == 3)
+                content[100] = static_cast<char>(~content[100]); // damaged
+            if (i == 5)
+                content.chop(1);
+            writeSample(old.filePath(QStringLiteral("game/%1/%2").arg(i % 3).arg(i)), content);
+        }
+        QFile::link(old.filePath("nowhere"), old.filePath("game/dangling"));
+        const auto before = readFolder(old.path());
+        const auto task = newTask(index);
+        task->adoptFrom({old.path(), link});
+        QSignalSpy adopted(task.get(), &DownloadFromIndexTask::filesAdopted);
+        QSignalSpy finished(task.get(), &Task::finished);
+        task->go();
+        QVERIFY(finished.wait(30000));
+        QCOMPARE(task->getErrorCode(), 0);
+        QCOMPARE(adopted.first(), (QVariantList{18, qint64(18 * 3000)}));
+        QStringList fetched;
+        for (const auto& logged : m_service->content().requests())
+            fetched << logged.request.path;
+        fetched.sort();
+        QStringList damaged{SampleTree::pathOf(sampleBytes(3, 3000)),
+                            SampleTree::pathOf(sampleBytes(5, 3000))};
+        damaged.sort();
+        QCOMPARE(fetched, damaged);
+        QCOMPARE(readFolder(old.path()), before);
+        for (int i = 0; i < 20; ++i) {
+            const auto path = m_cache->filePath("ResFiles" + SampleTree::pathOf(sampleBytes(i, 3000)));
+            QCOMPARE(readSample(path), sampleBytes(i, 3000));
+            struct stat status;
+            QCOMPARE(::stat(QFile::encodeName(path), &status), 0);
+            QCOMPARE(status.st_nlink > 1, link && i != 3 && i != 5);
+        }
+        QVERIFY(hiddenFiles().isEmpty());
+    }
+
+    void looksIntoAFolderThatIsNamedMeanwhile()
+    {
+        const auto index = publish(60, 20000);
+        const QTemporaryDir old;
+        for (int i = 0; i < 60; ++i)
+            writeSample(old.filePath(QString::number(i)), sampleBytes(i, 20000));
+        m_service->content().faults().set("*", Fault::slow(40000));
+        const auto task = newTask(index);
+        QSignalSpy finished(task.get(), &Task::finished);
+        task->go();
+        QTRY_VERIFY(!m_service->content().requests().empty());
+        task->adoptFrom({old.path(), false});
+        QVERIFY(finished.wait(30000));
+        QCOMPARE(task->getErrorCode(), 0);
+        QVERIFY(m_service->content().requests().size() <= 10); // those that were in flight
+        QCOMPARE(readFolder(m_cache->path()).size(), 60);
+    }
+
+    void asksWhereThereIsTooLittleRoom_data()
+    {
+        using Decision = DownloadFromIndexTask::Decision;
+        QTest::addColumn<int>("decision");
+        QTest::addColumn<int>("error");
+        QTest::newRow("continue anyway") << int(Decision::Start) << 0;
+        QTest::newRow("give up") << int(Decision::GiveUp) << 3;
+    }
+    void asksWhereThereIsTooLittleRoom()
+    {
+        QFETCH(int, decision);
+        QFETCH(int, error);
+        auto index = publish(3, 1000);
+        const auto small = m_service->tree().addContent("app:/huge", "small");
+        index->append(
+            IndexEntryPtr(new IndexEntry(small->name, small->cachedName, small->checksum, qint64(1) << 60)));
+        const auto task = newTask(index);
+        int asked = 0;
+        task->setReview([&](DownloadFromIndexTask* reviewed) {
+            ++asked;
+            QVERIFY(reviewed->plan().isShortOfRoom() && reviewed->plan().isLong());
+            QVERIFY(readFolder(m_cache->path()).isEmpty());
+            QTimer::singleShot(0, reviewed,
+                               [=] { reviewed->decide(DownloadFromIndexTask::Decision(decision)); });
+        });
+        QSignalSpy finished(task.get(), &Task::finished);
+        task->go();
+        QVERIFY(finished.wait(30000));
+        QCOMPARE(asked, 1);
+        QCOMPARE(task->getErrorCode(), error);
+        QCOMPARE(readFolder(m_cache->path()).size(), error == 0 ? 4 : 0);
         QVERIFY(hiddenFiles().isEmpty());
     }
 

@@ -1,5 +1,6 @@
 #include "logging/messagehandler.h"
 #include "servers/clientcommand.h"
+#include "servers/launchoptions.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
@@ -49,6 +50,8 @@ private slots:
         settings()->setUseCustomWine(false);
         settings()->setResManThreadCount(Settings::ThreadsDefault);
         setClientArgs({});
+        settings()->setLaunchWrapper({});
+        settings()->setClientEnvironment("ks", {});
     }
 
     void buildsArgumentsInOrder()
@@ -104,6 +107,87 @@ private slots:
         QCOMPARE(environment.value("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
         QCOMPARE(environment.value("WINEDEBUG"), QStringLiteral("+seh"));
         QVERIFY(environment.contains("PATH"));
+    }
+
+    void readsLaunchOptions_data()
+    {
+        QTest::addColumn<QString>("command");
+        QTest::addColumn<QStringList>("wrapper");
+        QTest::addColumn<QString>("problem");
+        const QStringList none;
+        QTest::newRow("empty") << "  " << none << "";
+        QTest::newRow("command with arguments") << "env -u A" << QStringList{"env", "-u", "A"} << "";
+        QTest::newRow("quotes") << "/bin/sh -c \"a b\"" << QStringList{"sh", "-c", "a b"} << "";
+        QTest::newRow("open quote") << "env \"a" << none << "quotation mark";
+        QTest::newRow("no such command") << "no-such-command -f" << none << "no-such-command";
+        QTest::newRow("not a program") << "/etc/passwd" << none << "/etc/passwd";
+        QTest::newRow("relative path") << "bin/sh" << none << "bin/sh";
+    }
+    void readsLaunchOptions()
+    {
+        QFETCH(QString, command);
+        QFETCH(QStringList, wrapper);
+        QFETCH(QString, problem);
+        LaunchOptions options;
+        const auto found = readWrapper(command, &options);
+        QCOMPARE(found.isEmpty(), problem.isEmpty());
+        QVERIFY(found.contains(problem));
+        if (!options.wrapper.isEmpty()) {
+            QVERIFY(QFileInfo(options.wrapper.first()).isExecutable());
+            options.wrapper.first() = QFileInfo(options.wrapper.first()).fileName();
+        }
+        QCOMPARE(options.wrapper, wrapper);
+    }
+
+    void checksVariables()
+    {
+        LaunchOptions options;
+        QVERIFY(readVariables({"A=b=c", "", "_X9="}, &options).isEmpty());
+        QCOMPARE(options.variables, (QVector<QPair<QString, QString>>{{"A", "b=c"}, {"_X9", ""}}));
+        for (const auto* bad : {"A", "=x", "9A=x", "A B=x", "WINEPREFIX=/"})
+            QVERIFY2(!readVariables({"OK=1", bad}, &options).isEmpty(), bad);
+    }
+
+    void putsTheWrapperInFront()
+    {
+        const auto record = m_cache.filePath("record");
+        const auto wrapper = m_cache.filePath("wrapper");
+        writeSample(wrapper,
+                    "#!/bin/sh\necho \"$@ $HUD $SECRET_SAUCE\" > '" + record.toUtf8() + "'\nexec \"$@\"\n");
+        QFile::setPermissions(wrapper, QFile::ReadOwner | QFile::ExeOwner);
+        settings()->setLaunchWrapper(wrapper + " env -u A");
+        settings()->setClientEnvironment("ks", {"HUD=1", "SECRET_SAUCE=ketchup"});
+        settings()->setClientEnvironment("other", {"HUD=2"});
+        installLogMessageHandler({});
+        ServerManager server("ks", {});
+        QSignalSpy started(&server, &ServerManager::processStarted);
+        const auto program = script("exit 7");
+        server.startProcess(program, {"/one"}, {}, {});
+        auto* process = started.first().at(1).value<AttachedProcess*>();
+        QSignalSpy finished(process, &AttachedProcess::finished);
+        QVERIFY(finished.wait());
+        QCOMPARE(finished.first().at(1).toInt(), 7);
+        QCOMPARE(QString::fromUtf8(readSample(record)), "env -u A " + program + " /one 1 ketchup\n");
+        qInstallMessageHandler(nullptr);
+        for (const auto& logged : getLastLogMessages(50))
+            QVERIFY2(!logged.message.contains("ketchup"), qPrintable(logged.message));
+        delete process;
+    }
+
+    void startsNothingWithBadOptions()
+    {
+        ServerManager server("ks", {});
+        QSignalSpy message(&server, &ServerManager::showErrorMessage);
+        QSignalSpy started(&server, &ServerManager::processStarted);
+        settings()->setLaunchWrapper("no-such-command");
+        server.startProcess(script("exit 0"), {}, {}, {});
+        settings()->setLaunchWrapper({});
+        settings()->setClientEnvironment("ks", {"nonsense"});
+        server.startProcess(script("exit 0"), {}, {}, {});
+        QCOMPARE(message.size(), 2);
+        QVERIFY(message.at(0).at(1).toString().contains("no-such-command"));
+        QVERIFY(message.at(1).at(1).toString().contains("nonsense"));
+        QVERIFY(started.isEmpty());
     }
 
     void complainsWithoutWine()
