@@ -3,6 +3,7 @@
 #include "maintenance/installationstate.h"
 #include "settings/settings.h"
 
+#include <QDebug>
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
@@ -69,6 +70,7 @@ ReportBundle::ReportBundle(QObject* parent) : QObject(parent)
 {
     connect(&m_diagnostics, &Diagnostics::finished, this, [this] {
         add(QStringLiteral("diagnostics.txt"), m_diagnostics.text());
+        qInfo() << "The report holds" << m_parts.size() << "parts";
         emit finished();
     });
 }

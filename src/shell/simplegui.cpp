@@ -21,6 +21,7 @@ SimpleGui::SimpleGui(QWidget* parent)
       m_menuBar(new QMenuBar(this)), m_message(new QLabel(this)), m_pause(new QPushButton(this))
 {
     setWindowTitle(tr("Server list - Velkor Launcher"));
+    resize(Settings::instance()->getMainWindowSize());
     restoreGeometry(Settings::instance()->store().value(listGeometryKey()).toByteArray());
 
     auto* list = new QWidget(this);

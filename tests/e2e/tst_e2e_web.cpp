@@ -7,6 +7,8 @@
 
 #include <csignal>
 
+#include <zip.h>
+
 /** The real launcher with the demo's page in the real web engine, used the way a player uses it. */
 class TestWeb : public QObject
 {
@@ -86,6 +88,24 @@ private:
         return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     }
 
+    static QMap<QByteArray, QByteArray> readZip(const QString& path)
+    {
+        QMap<QByteArray, QByteArray> parts;
+        auto* archive = zip_open(QFile::encodeName(path), ZIP_RDONLY, nullptr);
+        for (zip_int64_t i = 0; archive && i < zip_get_num_entries(archive, 0); ++i) {
+            zip_stat_t stat;
+            zip_stat_index(archive, static_cast<zip_uint64_t>(i), 0, &stat);
+            QByteArray bytes(static_cast<int>(stat.size), '\0');
+            auto* file = zip_fopen_index(archive, static_cast<zip_uint64_t>(i), 0);
+            zip_fread(file, bytes.data(), stat.size);
+            zip_fclose(file);
+            parts.insert(stat.name, bytes);
+        }
+        if (archive)
+            zip_close(archive);
+        return parts;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -138,6 +158,68 @@ private slots:
         QVERIFY(m_launcher->waitForLog("browserBreakoutFilter: New blacklist loaded ( 2 entries )"));
         QVERIFY(m_display->isVisible("Velkor Launcher - version"));
         takePicture("page");
+    }
+
+    void reportOfASessionHoldsNoToken()
+    {
+        prepare();
+        m_launcher->start({"-k"});
+        QVERIFY(m_page->attach("/demo/"));
+        QVERIFY(m_page->waitFor(m_canPlay));
+        // The page keeps the token to itself.
+        m_page->evaluate("const ask = window.fetch; window.fetch = async (...what) => {"
+                         " const answer = await ask(...what);"
+                         " if (String(what[0]).endsWith('/login/token'))"
+                         "  window.seenToken = (await answer.clone().json()).token;"
+                         " return answer; }; 0");
+        QVERIFY(m_page->click("#sign"));
+        {
+            PageDriver login(m_page->port());
+            QVERIFY(login.attach("/login/?state="));
+            QVERIFY(login.waitFor("!!document.getElementById('login').onsubmit"));
+            QVERIFY(login.type("#name", "Anna"));
+            QVERIFY(login.type("#password", "rosebud"));
+            QVERIFY(login.click("button"));
+        }
+        QVERIFY(m_page->waitFor("document.getElementById('user').textContent === 'Anna'"));
+        const auto token = m_page->evaluate("window.seenToken").toString().toUtf8();
+        QVERIFY(token.startsWith("token-of-Anna-"));
+        QVERIFY(m_launcher->waitForLog("setToken"));
+        for (const auto& form : {token, token.toHex(), token.toBase64(), ("x" + token).toBase64(),
+                                 ("user:" + token + "\n").toBase64(), token.toPercentEncoding()})
+            m_page->evaluate("console.log('seen " + form + "')");
+        QVERIFY(m_launcher->waitForLog("seen"));
+
+        const auto key = [this](const QString& title, const QStringList& keys) {
+            const auto window = m_display->waitForWindow(title);
+            QVERIFY2(window, qPrintable(title));
+            m_display->xdotool({"windowfocus", "--sync", QString::number(window)});
+            m_display->xdotool(QStringList{"key", "--delay", "200"} + keys);
+        };
+        const auto main = m_display->geometryOf(m_display->waitForWindow("Velkor Launcher - version"));
+        m_display->click(main.topLeft() + QPoint(20, 20));
+        m_display->xdotool({"key", "--delay", "200", "s"});
+        key("Server list - Velkor Launcher", {"alt+t", "r"});
+        QVERIFY(m_launcher->waitForLog("The report holds", 60000));
+        takePicture("report");
+        const auto path = m_launcher->home() + "/report.zip";
+        key("Report for the support", {"alt+s"});
+        QVERIFY(m_display->waitForWindow("Save the report"));
+        m_display->xdotool({"type", path});
+        m_display->xdotool({"key", "Return"});
+        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(path), 20000);
+
+        const auto parts = readZip(path);
+        QVERIFY(parts.contains("versions.txt") && parts.contains("diagnostics.txt"));
+        const auto all = parts.values().join();
+        QVERIFY(all.contains("[redacted]") && all.contains("[ks, Kestrel]") && all.contains("seen "));
+        QVERIFY(!all.contains(m_launcher->home().toUtf8()));
+        for (const auto& form : {token, token.toHex(), token.toHex().toUpper()})
+            QVERIFY(!all.contains(form));
+        for (const auto* before : {"", "x", "xx"}) {
+            const auto form = (before + token).toBase64();
+            QVERIFY(!all.contains(form.mid(4, token.size())));
+        }
     }
 
     void signsInPlaysInsideSteamAndTellsTheCrash()
