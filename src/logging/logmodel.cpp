@@ -117,8 +117,11 @@ QString LogModel::cellText(const LogRecord& record, int column)
 QString LogModel::lineText(int row) const
 {
     QStringList cells;
-    for (int column = 0; column < ColumnCount; ++column)
-        cells << cellText(shownRecord(row), column);
+    const auto& record = shownRecord(row);
+    for (int column = 0; column < ColumnCount; ++column) {
+        if (column != Process || record.processId != 0)
+            cells << cellText(record, column);
+    }
     return cells.join(QLatin1Char('\t'));
 }
 
