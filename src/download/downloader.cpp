@@ -12,7 +12,7 @@
 
 // A server that accepts the connection and falls silent must not hold up the refresh for ever.
 static constexpr int stallTimeoutMs = 30000;
-static constexpr int impatientMs = 3000;
+static constexpr int answerWaitMs = 3000;
 
 QString describeSslErrors(const QList<QSslError>& errors)
 {
@@ -69,7 +69,7 @@ QString Downloader::activity() const
 
 void Downloader::askAgain()
 {
-    if (m_ended || !m_reply || !m_sinceProgress.hasExpired(impatientMs))
+    if (m_ended || !m_reply || !m_sinceProgress.hasExpired(answerWaitMs))
         return;
     qInfo().noquote() << "Asking again:" << activity();
     abandonReply();

@@ -148,7 +148,7 @@ void DownloadQueue::onHeldChanged(bool held)
 /** Ends the request; what has been read of it is kept for another one. */
 DownloadQueue::Transfer DownloadQueue::stop(QNetworkReply* reply)
 {
-    const auto transfer = m_transfers.take(reply);
+    auto transfer = m_transfers.take(reply);
     reply->disconnect(this);
     reply->abort();
     reply->deleteLater();

@@ -87,13 +87,13 @@ void LaunchOptionsDialog::showServer()
 QString LaunchOptionsDialog::problem()
 {
     LaunchOptions options;
-    const auto wrapperProblem = readWrapper(m_wrapper->text(), &options);
+    auto wrapperProblem = readWrapper(m_wrapper->text(), &options);
     if (!wrapperProblem.isEmpty()) {
         m_wrapper->setFocus();
         return wrapperProblem;
     }
     for (int i = 0; i < m_server->count(); ++i) {
-        const auto text = readVariables(m_lines.value(m_server->itemData(i).toString()), &options);
+        auto text = readVariables(m_lines.value(m_server->itemData(i).toString()), &options);
         if (!text.isEmpty()) {
             m_server->setCurrentIndex(i);
             m_variables->setFocus();

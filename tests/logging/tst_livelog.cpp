@@ -338,7 +338,7 @@ private slots:
         const auto path = m_folder.filePath("saved/none");
         QVERIFY(!window.saveTo(path)); // no such folder
         QVERIFY(window.saveTo(m_folder.filePath("saved")));
-        QVERIFY(readSample(m_folder.filePath("saved")).contains("\tsecond\t"));
+        QVERIFY(readSample(m_folder.filePath("saved")).contains("\tsecond\n"));
     }
 };
 
