@@ -55,7 +55,9 @@ DownloadPlanDialog::DownloadPlanDialog(const QString& server, const DownloadPlan
                                      QDialogButtonBox::AcceptRole);
     auto* stop =
         buttons->addButton(m_isShortOfRoom ? tr("&Cancel") : tr("&Not now"), QDialogButtonBox::RejectRole);
-    (m_isShortOfRoom ? stop : start)->setDefault(true);
+    auto* usual = m_isShortOfRoom ? stop : start; // what happens without an answer
+    usual->setDefault(true);
+    usual->setFocus();
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &DownloadPlanDialog::reject);
 

@@ -17,7 +17,6 @@ LaunchOptionsDialog::LaunchOptionsDialog(Settings* settings, QWidget* parent)
 {
     setWindowTitle(tr("Launch options"));
     m_wrapper = new QLineEdit(settings->getLaunchWrapper(), this);
-    m_wrapper->setPlaceholderText(QStringLiteral("gamemoderun"));
     auto* wrapperLabel = new QLabel(tr("&Command in front of Wine:"), this);
     wrapperLabel->setBuddy(m_wrapper);
     auto* wrapperHint =
@@ -38,7 +37,6 @@ LaunchOptionsDialog::LaunchOptionsDialog(Settings* settings, QWidget* parent)
     m_variables = new QPlainTextEdit(this);
     m_variables->setTabChangesFocus(true);
     m_variables->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    m_variables->setPlaceholderText(QStringLiteral("NAME=value"));
     auto* variablesLabel = new QLabel(tr("&Environment variables of its clients, one on each line:"), this);
     variablesLabel->setBuddy(m_variables);
     variablesLabel->setWordWrap(true);

@@ -211,6 +211,9 @@ private slots:
             QVERIFY(QTest::qWaitForWindowExposed(window.get()));
             // Layouts come to rest after a moment.
             const bool fits = QTest::qWaitFor([&] { return cutTexts(*window).isEmpty(); }, 3000);
+            const auto pictures = qEnvironmentVariable("VELKOR_PICTURES");
+            if (!pictures.isEmpty())
+                window->grab().save(QStringLiteral("%1/%2-%3.png").arg(pictures, name, language));
             QVERIFY2(fits, qPrintable(QStringLiteral("%1: %2").arg(name, cutTexts(*window).join('\n'))));
         }
     }
