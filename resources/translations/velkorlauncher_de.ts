@@ -1175,6 +1175,10 @@ Möchten Sie wirklich fortfahren?</translation>
         <source>Nothing is downloaded while you play; it goes on afterwards</source>
         <translation>Während Sie spielen, wird nichts heruntergeladen; danach geht es weiter</translation>
     </message>
+    <message>
+        <source>Downloads are paused; the versions come when they go on.</source>
+        <translation>Downloads sind angehalten; die Versionen kommen, wenn sie weitergehen.</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>

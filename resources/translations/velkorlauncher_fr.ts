@@ -1175,6 +1175,10 @@ Voulez-vous vraiment continuer ?</translation>
         <source>Nothing is downloaded while you play; it goes on afterwards</source>
         <translation>Rien n&apos;est téléchargé pendant que vous jouez ; cela reprend ensuite</translation>
     </message>
+    <message>
+        <source>Downloads are paused; the versions come when they go on.</source>
+        <translation>Les téléchargements sont en pause ; les versions viendront à leur reprise.</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>

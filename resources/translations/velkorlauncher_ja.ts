@@ -1170,6 +1170,10 @@ Are you sure you want to continue?</source>
         <source>Nothing is downloaded while you play; it goes on afterwards</source>
         <translation>プレイ中は何もダウンロードせず、終了後に再開します</translation>
     </message>
+    <message>
+        <source>Downloads are paused; the versions come when they go on.</source>
+        <translation>ダウンロードは一時停止中です。再開するとバージョンが表示されます。</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>

@@ -1180,6 +1180,10 @@ Are you sure you want to continue?</source>
         <source>Nothing is downloaded while you play; it goes on afterwards</source>
         <translation>Пока вы играете, ничего не загружается; потом загрузка продолжится</translation>
     </message>
+    <message>
+        <source>Downloads are paused; the versions come when they go on.</source>
+        <translation>Загрузки приостановлены; версии появятся после их возобновления.</translation>
+    </message>
 </context>
 <context>
     <name>SimpleGui</name>

@@ -3,6 +3,7 @@
 
 #include "download/downloader.h"
 #include "maintenance/connectionchecker.h"
+#include "servers/downloadcontrol.h"
 #include "servers/servermanager.h"
 #include "servers/winemanager.h"
 #include "settings/settings.h"
@@ -141,6 +142,9 @@ void MainWindow::onVersionInfoDownloadFinished(Task* task)
         onVersionCheckFinished();
     } else if (settings->shouldExitAfterRefresh()) {
         qDebug() << "Skipping self-update in an unattended run";
+        onVersionCheckFinished();
+    } else if (m_downloads->state() != DownloadControl::State::Running) {
+        qDebug() << "Self-update is put off, downloads are held";
         onVersionCheckFinished();
     } else {
         QTimer::singleShot(0, this, [this, official] { startSelfUpdate(official); });

@@ -230,7 +230,9 @@ void SettingsDialog::populateWineVersions()
     const auto url = QStringLiteral("%1wine_%2_%3.json")
                          .arg(m_settings->getBaseUrlForBinaries(), QStringLiteral("linux"), kind);
     qDebug().noquote() << "Getting available Wine versions at" << url;
-    m_wineVersionNote->setText(tr("Looking for versions..."));
+    m_wineVersionNote->setText(Scheduler::instance()->isBlocked()
+                                   ? tr("Downloads are paused; the versions come when they go on.")
+                                   : tr("Looking for versions..."));
     auto* downloader = new Downloader(QUrl(url), this);
     downloader->setProperty("name", QStringLiteral("Wine info downloader"));
     downloader->setProperty("request", ++m_wineRequest);

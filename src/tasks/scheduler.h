@@ -34,6 +34,8 @@ public:
     bool hasBackgroundTask() const { return m_backgroundTask || !m_backgroundTasks.isEmpty(); }
     /** While held, what runs is paused, and what is started is paused at once. */
     void setHeld(bool held);
+    /** Whether what is scheduled now has to wait until the scheduler is let go. */
+    bool isBlocked() const { return m_held && m_currentTask; }
     /** The task that runs now, the foreground one first; null when there is none. */
     Task* currentTask() const { return m_currentTask ? m_currentTask : m_backgroundTask; }
     void pauseBackgroundTask();

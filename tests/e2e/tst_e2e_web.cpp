@@ -304,6 +304,27 @@ private slots:
         QVERIFY(!m_launcher->setting("SharedCacheMove/from").isValid());
     }
 
+    void pausesAndLimitsDownloads()
+    {
+        startAndWaitForPage({});
+        const auto content = sampleBytes(7, 3000000);
+        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(400000));
+        m_service->tree().publish(
+            "ks", "102", {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")}, {"large", content}});
+        QVERIFY(m_launcher->waitForLog("setPlayable('ks', false)", 60000));
+        QVERIFY(m_page->click("#pause"));
+        QVERIFY(m_page->waitFor(m_cardText + ".includes('Paused')"));
+        QVERIFY(m_page->waitFor("document.getElementById('pause').textContent === 'Resume downloads'"));
+        takePicture("paused");
+        m_page->evaluate("const limit = document.querySelector('[data-key=LauncherDownloadLimit]');"
+                         " limit.value = '5'; limit.onchange(); 0");
+        QVERIFY(m_launcher->waitForLog("Download limit: 5242880 bytes per second"));
+        m_service->content().faults().clear();
+        QVERIFY(m_page->click("#pause"));
+        QVERIFY(m_page->waitFor(m_canPlay + " && " + m_cardText + ".includes('build 102')", 60000));
+        m_service->tree().announce("ks", "100");
+    }
+
     void keepsCallsForAPageThatReloads()
     {
         start();

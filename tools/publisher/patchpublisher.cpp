@@ -5,6 +5,8 @@
 
 #include <QtConcurrent>
 
+#include <mutex>
+
 // A patch that is not smaller by so much is not worth the work of applying it.
 static constexpr double worthwhileShare = 0.6;
 
@@ -46,11 +48,11 @@ QByteArray PatchPublisher::patchFor(const Pair& pair) const
 bool PatchPublisher::publish(const Index& oldIndex, const Index& newIndex, QString* error)
 {
     auto pairs = changedFiles(oldIndex, newIndex);
-    QMutex mutex;
+    std::mutex mutex;
     bool done = true;
     QtConcurrent::blockingMap(pairs, [&](const Pair& pair) {
         const auto patch = patchFor(pair);
-        const QMutexLocker lock(&mutex);
+        const std::lock_guard lock(mutex);
         if (patch.isNull() || !done)
             return;
         done = m_store.writeFile(

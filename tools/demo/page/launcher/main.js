@@ -10,6 +10,7 @@ const byId = id => document.getElementById(id);
 const names = new Map();
 let testServers = [];
 let playWhenSignedIn = null;
+let isPaused = false;
 
 const PROFILE_ERRORS = ["", "The name may hold letters, digits, blanks, “-” and “_”.", "There is a profile of this name already.",
     "There is no such profile.", "A client is running.", "The files of the profile could not be changed."];
@@ -89,6 +90,9 @@ onCalls({
     setSettings(values) {
         testServers = values.LauncherTestServers ?? [];
         settings.take(values);
+        isPaused = values.LauncherDownloadsPaused === true;
+        byId("pause").hidden = values.LauncherDownloadsPaused === undefined;
+        byId("pause").textContent = isPaused ? "Resume downloads" : "Pause downloads";
         if (names.size > 0)
             servers.show(names, served());
     },
@@ -114,6 +118,7 @@ onCalls({
 servers.onPlayPressed(play);
 settings.initialize();
 byId("sign").onclick = () => account.current() ? account.signOut() : account.signIn();
+byId("pause").onclick = () => send(isPaused ? "resumedownloads" : "pausedownloads");
 byId("update-note").hidden = !new URLSearchParams(location.search).has("updating");
 invoke("updateBrowserBreakoutFilterURL", new URL("breakout.json", location.href).href);
 send("javascriptReady");

@@ -10,6 +10,8 @@ const FIELDS = [
     ["LauncherLanguage", "Language", [["", "English"], ["ru", "Русский"], ["fr", "Français"], ["de", "Deutsch"], ["ja", "日本語"]]],
     ["LauncherType", "Launcher version", [[0, "Release"], [1, "Beta"]]],
     ["ResManThreadCount", "Threads of the client's resource manager", [[0, "Default"], [2, "2"], [4, "4"], [8, "8"], [16, "16"]]],
+    ["LauncherDownloadLimit", "Download limit", [[0, "None"], [1, "1 MB/s"], [2, "2 MB/s"], [5, "5 MB/s"], [10, "10 MB/s"], [20, "20 MB/s"], [50, "50 MB/s"]]],
+    ["LauncherDownloadOnlyWithoutClients", "Download only while no client runs"],
     ["LauncherShouldDownloadEverything", "Download the full game in the background"],
     ["LauncherRunClientsWithDx9", "Run clients with DirectX 9"],
     ["LauncherRunClientsWith64Bit", "Run clients with 64 bit"],
