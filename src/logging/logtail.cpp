@@ -6,15 +6,17 @@
 
 namespace
 {
-constexpr qint64 longestStart = 8 << 20;
+constexpr qint64 longestStart = 4 << 20;
 constexpr int typeCount = 5;
 
 /** "2026-01-31T12:00:00.000Z<tab>category<tab>type<tab>message" */
 bool readLine(const QString& line, LogRecord* record)
 {
     const auto parts = line.split(QLatin1Char('\t'));
-    const auto time = QDateTime::fromString(parts.first().chopped(parts.first().isEmpty() ? 0 : 1),
-                                            QStringLiteral("yyyy-MM-ddTHH:mm:ss.zzz"));
+    // As the toolkit would read it, but many times as fast.
+    const auto number = [&](int first, int count) { return parts.first().midRef(first, count).toInt(); };
+    const QDateTime time(QDate(number(0, 4), number(5, 2), number(8, 2)),
+                         QTime(number(11, 2), number(14, 2), number(17, 2), number(20, 3)));
     if (parts.size() < 4 || !time.isValid())
         return false;
     record->msSinceEpoch = time.toMSecsSinceEpoch();

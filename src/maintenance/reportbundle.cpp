@@ -7,13 +7,14 @@
 #include <QDir>
 #include <QFile>
 #include <QSaveFile>
+#include <QtConcurrent>
 
 #include <zip.h>
 
 namespace
 {
 /** Of a longer log, the end is taken. */
-constexpr qint64 longestLog = 4 << 20;
+constexpr qint64 longestLog = 2 << 20;
 
 QByteArray endOf(const QString& path)
 {
@@ -25,6 +26,23 @@ QByteArray endOf(const QString& path)
         file.readLine(); // the first one is not whole
     }
     return file.readAll();
+}
+
+ReportPart makePart(const QString& name, const QString& text)
+{
+    return {name, withoutPersonalData(text).toUtf8()};
+}
+
+// Secrets may have become known after a line was written.
+QVector<ReportPart> logsIn(const QString& path)
+{
+    QVector<ReportPart> parts;
+    const QDir folder(path);
+    const auto names =
+        folder.entryList({QStringLiteral("launcherlog-*.txt")}, QDir::Files, QDir::Name | QDir::Reversed);
+    for (const auto& name : names)
+        parts << makePart(QStringLiteral("logs/") + name, QString::fromUtf8(endOf(folder.filePath(name))));
+    return parts;
 }
 
 /** The bytes of a zip archive; empty, with an error, when it cannot be made. */
@@ -68,36 +86,35 @@ QByteArray zipOf(const QVector<ReportPart>& parts, QString* error)
 
 ReportBundle::ReportBundle(QObject* parent) : QObject(parent)
 {
-    connect(&m_diagnostics, &Diagnostics::finished, this, [this] {
-        add(QStringLiteral("diagnostics.txt"), m_diagnostics.text());
-        qInfo() << "The report holds" << m_parts.size() << "parts";
-        emit finished();
-    });
+    connect(&m_diagnostics, &Diagnostics::finished, this, &ReportBundle::partDone);
+    connect(&m_state, &QFutureWatcher<QVector<ReportPart>>::finished, this, &ReportBundle::partDone);
 }
+
+ReportBundle::~ReportBundle() { m_state.waitForFinished(); }
 
 void ReportBundle::gather(const Diagnostics::Plan& plan)
 {
-    m_parts.clear();
-    add(QStringLiteral("versions.txt"), describeVersions());
-    add(QStringLiteral("servers.txt"), describeServers());
-    add(QStringLiteral("settings.txt"), describeSettings());
-    addLogs();
+    m_pending = 2;
+    const QVector<QPair<QString, QString>> texts{{QStringLiteral("versions.txt"), describeVersions()},
+                                                 {QStringLiteral("servers.txt"), describeServers()},
+                                                 {QStringLiteral("settings.txt"), describeSettings()}};
+    m_state.setFuture(QtConcurrent::run([texts, folder = Settings::instance()->getLauncherLogsFolder()] {
+        QVector<ReportPart> parts;
+        for (const auto& [name, text] : texts)
+            parts << makePart(name, text);
+        return parts + logsIn(folder);
+    }));
     m_diagnostics.start(plan);
 }
 
-void ReportBundle::add(const QString& name, const QString& text)
+void ReportBundle::partDone()
 {
-    m_parts.append({name, withoutPersonalData(text).toUtf8()});
-}
-
-// Secrets may have become known after a line was written.
-void ReportBundle::addLogs()
-{
-    const QDir folder(Settings::instance()->getLauncherLogsFolder());
-    const auto names =
-        folder.entryList({QStringLiteral("launcherlog-*.txt")}, QDir::Files, QDir::Name | QDir::Reversed);
-    for (const auto& name : names)
-        add(QStringLiteral("logs/") + name, QString::fromUtf8(endOf(folder.filePath(name))));
+    if (--m_pending > 0)
+        return;
+    m_parts = m_state.result();
+    m_parts << makePart(QStringLiteral("diagnostics.txt"), m_diagnostics.text());
+    qInfo() << "The report holds" << m_parts.size() << "parts";
+    emit finished();
 }
 
 QString ReportBundle::write(const QString& path, const QVector<ReportPart>& parts)

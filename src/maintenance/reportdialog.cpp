@@ -15,6 +15,7 @@
 #include <QSplitter>
 #include <QStandardPaths>
 #include <QVBoxLayout>
+#include <QtConcurrent>
 
 ReportDialog::ReportDialog(const Diagnostics::Plan& plan, QWidget* parent) : QDialog(parent)
 {
@@ -64,8 +65,11 @@ ReportDialog::ReportDialog(const Diagnostics::Plan& plan, QWidget* parent) : QDi
     layout->addWidget(buttons);
     resize(920, 600);
     connect(&m_bundle, &ReportBundle::finished, this, &ReportDialog::onGathered);
+    connect(&m_saving, &QFutureWatcher<QString>::finished, this, &ReportDialog::onSaved);
     m_bundle.gather(plan);
 }
+
+ReportDialog::~ReportDialog() { m_saving.waitForFinished(); }
 
 void ReportDialog::onGathered()
 {
@@ -96,16 +100,23 @@ void ReportDialog::save()
                                                    tr("Zip files (*.zip)"));
     if (path.isEmpty())
         return;
-    const auto error = saveTo(path);
-    m_status->setText(error.isEmpty() ? tr("Saved as %1.").arg(QDir::toNativeSeparators(path)) : error);
-}
-
-QString ReportDialog::saveTo(const QString& path) const
-{
     QVector<ReportPart> chosen;
     for (int row = 0; row < m_list->count(); ++row) {
         if (m_list->item(row)->checkState() == Qt::Checked)
             chosen << m_bundle.parts().at(row);
     }
-    return chosen.isEmpty() ? tr("Nothing has been chosen.") : ReportBundle::write(path, chosen);
+    if (chosen.isEmpty()) {
+        m_status->setText(tr("Nothing has been chosen."));
+        return;
+    }
+    m_path = path;
+    m_save->setEnabled(false);
+    m_saving.setFuture(QtConcurrent::run(ReportBundle::write, path, chosen));
+}
+
+void ReportDialog::onSaved()
+{
+    m_save->setEnabled(true);
+    const auto error = m_saving.result();
+    m_status->setText(error.isEmpty() ? tr("Saved as %1.").arg(QDir::toNativeSeparators(m_path)) : error);
 }

@@ -19,16 +19,18 @@ class ReportDialog : public QDialog
 
 public:
     explicit ReportDialog(const Diagnostics::Plan& plan, QWidget* parent = nullptr);
-
-    /** Writes the chosen parts; returns an error for the player, or an empty text. */
-    QString saveTo(const QString& path) const;
+    /** Waits for a file that is being written. */
+    ~ReportDialog() override;
 
 private:
     void onGathered();
     void showPart(int row);
     void save();
+    void onSaved();
 
     ReportBundle m_bundle;
+    QFutureWatcher<QString> m_saving;
+    QString m_path;
     QLabel* m_status = nullptr;
     QProgressBar* m_progress = nullptr;
     QListWidget* m_list = nullptr;

@@ -4,7 +4,10 @@
 #include <QLayout>
 #include <QWidget>
 
-FitHeight::FitHeight(QWidget* window) : QObject(window), m_window(window) { window->installEventFilter(this); }
+FitHeight::FitHeight(QWidget* window) : QObject(window), m_window(window)
+{
+    window->installEventFilter(this);
+}
 
 // A layout alone asks for the height that its texts have when they are not wrapped.
 bool FitHeight::eventFilter(QObject* watched, QEvent* event)

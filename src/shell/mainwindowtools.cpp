@@ -95,6 +95,7 @@ QString MainWindow::describeActivity() const
 // anew.
 void MainWindow::onRefreshChosen()
 {
+    m_roomRefused.clear(); // the player may have made room
     if (m_downloads->state() != DownloadControl::State::Running)
         showDownloadState();
     if (auto* question = findChild<DownloadPlanDialog*>()) {
