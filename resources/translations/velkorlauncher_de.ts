@@ -288,13 +288,6 @@
         <source>To be downloaded:</source>
         <translation>Herunterzuladen:</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 in %n file(s)</source>
-        <translation>
-            <numerusform>%1 in %n Datei</numerusform>
-            <numerusform>%1 in %n Dateien</numerusform>
-        </translation>
-    </message>
     <message>
         <source>There already:</source>
         <translation>Schon da:</translation>
@@ -339,19 +332,17 @@
         <source>&amp;Not now</source>
         <translation>&amp;Nicht jetzt</translation>
     </message>
-    <message numerus="yes">
-        <source>Without an answer the update is put off in %n second(s).</source>
-        <translation>
-            <numerusform>Ohne Antwort wird das Update in %n Sekunde verschoben.</numerusform>
-            <numerusform>Ohne Antwort wird das Update in %n Sekunden verschoben.</numerusform>
-        </translation>
+    <message>
+        <source>Files:</source>
+        <translation>Dateien:</translation>
     </message>
-    <message numerus="yes">
-        <source>It begins by itself in %n second(s).</source>
-        <translation>
-            <numerusform>Er beginnt von selbst in %n Sekunde.</numerusform>
-            <numerusform>Er beginnt von selbst in %n Sekunden.</numerusform>
-        </translation>
+    <message>
+        <source>Without an answer the update is put off in %1 s.</source>
+        <translation>Ohne Antwort wird das Update in %1 s verschoben.</translation>
+    </message>
+    <message>
+        <source>It begins by itself in %1 s.</source>
+        <translation>Er beginnt von selbst in %1 s.</translation>
     </message>
 </context>
 <context>
@@ -640,12 +631,9 @@ Gemeinsamer Cache: %3</translation>
         <source>What is missing is taken from %1 where it is there.</source>
         <translation>Was fehlt, wird aus %1 genommen, soweit es dort liegt.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n file(s) with %1 need not be downloaded.</source>
-        <translation>
-            <numerusform>%n Datei mit %1 muss nicht heruntergeladen werden.</numerusform>
-            <numerusform>%n Dateien mit %1 müssen nicht heruntergeladen werden.</numerusform>
-        </translation>
+    <message>
+        <source>Files that need not be downloaded: %1 (%2)</source>
+        <translation>Dateien, die nicht heruntergeladen werden müssen: %1 (%2)</translation>
     </message>
 </context>
 <context>

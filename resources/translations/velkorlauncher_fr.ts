@@ -288,13 +288,6 @@
         <source>To be downloaded:</source>
         <translation>À télécharger :</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 in %n file(s)</source>
-        <translation>
-            <numerusform>%1 dans %n fichier</numerusform>
-            <numerusform>%1 dans %n fichiers</numerusform>
-        </translation>
-    </message>
     <message>
         <source>There already:</source>
         <translation>Déjà là :</translation>
@@ -339,19 +332,17 @@
         <source>&amp;Not now</source>
         <translation>&amp;Pas maintenant</translation>
     </message>
-    <message numerus="yes">
-        <source>Without an answer the update is put off in %n second(s).</source>
-        <translation>
-            <numerusform>Sans réponse, la mise à jour est reportée dans %n seconde.</numerusform>
-            <numerusform>Sans réponse, la mise à jour est reportée dans %n secondes.</numerusform>
-        </translation>
+    <message>
+        <source>Files:</source>
+        <translation>Fichiers :</translation>
     </message>
-    <message numerus="yes">
-        <source>It begins by itself in %n second(s).</source>
-        <translation>
-            <numerusform>Il commence de lui-même dans %n seconde.</numerusform>
-            <numerusform>Il commence de lui-même dans %n secondes.</numerusform>
-        </translation>
+    <message>
+        <source>Without an answer the update is put off in %1 s.</source>
+        <translation>Sans réponse, la mise à jour est reportée dans %1 s.</translation>
+    </message>
+    <message>
+        <source>It begins by itself in %1 s.</source>
+        <translation>Il commence de lui-même dans %1 s.</translation>
     </message>
 </context>
 <context>
@@ -640,12 +631,9 @@ Cache partagé : %3</translation>
         <source>What is missing is taken from %1 where it is there.</source>
         <translation>Ce qui manque est pris dans %1 quand il s&apos;y trouve.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n file(s) with %1 need not be downloaded.</source>
-        <translation>
-            <numerusform>%n fichier de %1 n&apos;a pas besoin d&apos;être téléchargé.</numerusform>
-            <numerusform>%n fichiers de %1 n&apos;ont pas besoin d&apos;être téléchargés.</numerusform>
-        </translation>
+    <message>
+        <source>Files that need not be downloaded: %1 (%2)</source>
+        <translation>Fichiers à ne pas télécharger : %1 (%2)</translation>
     </message>
 </context>
 <context>

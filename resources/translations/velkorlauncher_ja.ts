@@ -287,12 +287,6 @@
         <source>To be downloaded:</source>
         <translation>ダウンロード量:</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 in %n file(s)</source>
-        <translation>
-            <numerusform>%1（%n ファイル）</numerusform>
-        </translation>
-    </message>
     <message>
         <source>There already:</source>
         <translation>取得済み:</translation>
@@ -337,17 +331,17 @@
         <source>&amp;Not now</source>
         <translation>後で(&amp;N)</translation>
     </message>
-    <message numerus="yes">
-        <source>Without an answer the update is put off in %n second(s).</source>
-        <translation>
-            <numerusform>回答がなければ %n 秒後に更新を見送ります。</numerusform>
-        </translation>
+    <message>
+        <source>Files:</source>
+        <translation>ファイル数:</translation>
     </message>
-    <message numerus="yes">
-        <source>It begins by itself in %n second(s).</source>
-        <translation>
-            <numerusform>%n 秒後に自動で始まります。</numerusform>
-        </translation>
+    <message>
+        <source>Without an answer the update is put off in %1 s.</source>
+        <translation>回答がなければ %1 秒後に更新を見送ります。</translation>
+    </message>
+    <message>
+        <source>It begins by itself in %1 s.</source>
+        <translation>%1 秒後に自動で始まります。</translation>
     </message>
 </context>
 <context>
@@ -636,11 +630,9 @@ Shared cache: %3</source>
         <source>What is missing is taken from %1 where it is there.</source>
         <translation>不足分は %1 にあればそこから取り込みます。</translation>
     </message>
-    <message numerus="yes">
-        <source>%n file(s) with %1 need not be downloaded.</source>
-        <translation>
-            <numerusform>%n ファイル（%1）はダウンロードする必要がありません。</numerusform>
-        </translation>
+    <message>
+        <source>Files that need not be downloaded: %1 (%2)</source>
+        <translation>ダウンロード不要なファイル: %1（%2）</translation>
     </message>
 </context>
 <context>

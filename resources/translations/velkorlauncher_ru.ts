@@ -289,14 +289,6 @@
         <source>To be downloaded:</source>
         <translation>Нужно загрузить:</translation>
     </message>
-    <message numerus="yes">
-        <source>%1 in %n file(s)</source>
-        <translation>
-            <numerusform>%1 в %n файле</numerusform>
-            <numerusform>%1 в %n файлах</numerusform>
-            <numerusform>%1 в %n файлах</numerusform>
-        </translation>
-    </message>
     <message>
         <source>There already:</source>
         <translation>Уже есть:</translation>
@@ -341,21 +333,17 @@
         <source>&amp;Not now</source>
         <translation>&amp;Не сейчас</translation>
     </message>
-    <message numerus="yes">
-        <source>Without an answer the update is put off in %n second(s).</source>
-        <translation>
-            <numerusform>Без ответа обновление будет отложено через %n секунду.</numerusform>
-            <numerusform>Без ответа обновление будет отложено через %n секунды.</numerusform>
-            <numerusform>Без ответа обновление будет отложено через %n секунд.</numerusform>
-        </translation>
+    <message>
+        <source>Files:</source>
+        <translation>Файлов:</translation>
     </message>
-    <message numerus="yes">
-        <source>It begins by itself in %n second(s).</source>
-        <translation>
-            <numerusform>Начнётся сама через %n секунду.</numerusform>
-            <numerusform>Начнётся сама через %n секунды.</numerusform>
-            <numerusform>Начнётся сама через %n секунд.</numerusform>
-        </translation>
+    <message>
+        <source>Without an answer the update is put off in %1 s.</source>
+        <translation>Без ответа обновление будет отложено через %1 с.</translation>
+    </message>
+    <message>
+        <source>It begins by itself in %1 s.</source>
+        <translation>Начнётся сама через %1 с.</translation>
     </message>
 </context>
 <context>
@@ -644,13 +632,9 @@ Shared cache: %3</source>
         <source>What is missing is taken from %1 where it is there.</source>
         <translation>Недостающее будет взято из %1, если оно там есть.</translation>
     </message>
-    <message numerus="yes">
-        <source>%n file(s) with %1 need not be downloaded.</source>
-        <translation>
-            <numerusform>%n файл объёмом %1 не нужно загружать.</numerusform>
-            <numerusform>%n файла объёмом %1 не нужно загружать.</numerusform>
-            <numerusform>%n файлов объёмом %1 не нужно загружать.</numerusform>
-        </translation>
+    <message>
+        <source>Files that need not be downloaded: %1 (%2)</source>
+        <translation>Файлы, которые не нужно загружать: %1 (%2)</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFormLayout>
 #include <QLabel>
+#include <QLocale>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -32,8 +33,8 @@ DownloadPlanDialog::DownloadPlanDialog(const QString& server, const DownloadPlan
         value->setTextInteractionFlags(Qt::TextSelectableByMouse);
         figures->addRow(what, value);
     };
-    addFigure(tr("To be downloaded:"),
-              tr("%1 in %n file(s)", nullptr, plan.missing.size()).arg(formatMemory(plan.bytesToFetch)));
+    addFigure(tr("To be downloaded:"), formatMemory(plan.bytesToFetch));
+    addFigure(tr("Files:"), QLocale().toString(plan.missing.size()));
     addFigure(tr("There already:"), formatMemory(plan.bytesPresent()));
     addFigure(tr("Room needed:"), formatMemory(plan.roomNeeded));
     addFigure(tr("Room left:"), plan.roomLeft ? formatMemory(*plan.roomLeft) : tr("not known"));
@@ -106,7 +107,7 @@ void DownloadPlanDialog::onTick()
 
 void DownloadPlanDialog::showTimeLeft()
 {
-    m_timeLeft->setText(
-        m_isShortOfRoom ? tr("Without an answer the update is put off in %n second(s).", nullptr, m_ticksLeft)
-                        : tr("It begins by itself in %n second(s).", nullptr, m_ticksLeft));
+    const auto text = m_isShortOfRoom ? tr("Without an answer the update is put off in %1 s.")
+                                      : tr("It begins by itself in %1 s.");
+    m_timeLeft->setText(text.arg(m_ticksLeft));
 }

@@ -169,7 +169,7 @@ void MainWindow::showAdoptDialog()
 
 void MainWindow::onFilesAdopted(int files, qint64 bytes)
 {
-    setMessage(tr("%n file(s) with %1 need not be downloaded.", nullptr, files).arg(formatMemory(bytes)));
+    setMessage(tr("Files that need not be downloaded: %1 (%2)").arg(files).arg(formatMemory(bytes)));
 }
 
 void MainWindow::forgetAdoptedFolder()
