@@ -117,6 +117,7 @@ private:
     void get(Transfer transfer);
     void read(QNetworkReply* reply);
     bool checkContinuation(const QNetworkReply* reply, Transfer* transfer);
+    bool canBeStopped(const Transfer& transfer) const;
     Transfer stop(QNetworkReply* reply);
     void settle(QNetworkReply* reply);
     void settleReply(QNetworkReply* reply, const Transfer& transfer);

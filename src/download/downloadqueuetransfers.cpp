@@ -134,7 +134,7 @@ void DownloadQueue::onHeldChanged(bool held)
     if (held) {
         const auto replies = m_transfers.keys();
         for (auto* reply : replies) {
-            if (!m_transfers[reply].ended)
+            if (canBeStopped(m_transfers.value(reply)))
                 m_stopped << stop(reply);
         }
         return;
@@ -143,6 +143,13 @@ void DownloadQueue::onHeldChanged(bool held)
     for (const auto& transfer : std::exchange(m_stopped, {}))
         get(transfer);
     goOn();
+}
+
+// There is no rest to ask for of what has come as a whole.
+bool DownloadQueue::canBeStopped(const Transfer& transfer) const
+{
+    const auto entry = m_inFlight.value(transfer.fileName).entry;
+    return !transfer.ended && (transfer.isPatch() || (entry && transfer.received < entry->size));
 }
 
 /** Ends the request; what has been read of it is kept for another one. */
@@ -173,7 +180,7 @@ void DownloadQueue::read(QNetworkReply* reply)
     const auto transfer = m_transfers.find(reply);
     if (transfer == m_transfers.end() || transfer->storageFailed)
         return;
-    if (limiter->isLimited() && !transfer->ended &&
+    if (limiter->isLimited() && canBeStopped(*transfer) &&
         reply->attribute(QNetworkRequest::Http2WasUsedAttribute).toBool()) {
         get(stop(reply)); // goes on where it stood, over a connection that can be held back
         return;

@@ -6,11 +6,11 @@ namespace
 {
 constexpr int refillMs = 20;
 /** How long the bucket takes to fill, and by which part a second can exceed the limit. */
-constexpr double capacitySeconds = 0.125;
+constexpr double capacitySeconds = 1.0 / 12;
 /** A document that has not asked for so long does not wait any more. */
 constexpr int longestWaitMs = 500;
 constexpr int mostRequests = 10;
-constexpr int fewestRequests = 4;
+constexpr int fewestRequests = 3;
 constexpr qint64 bytesPerRequest = 512 << 10;
 constexpr qint64 smallestBuffer = 16 << 10;
 constexpr qint64 largestBuffer = 1 << 20;

@@ -6,7 +6,7 @@
 
 /**
  * The download limit. All requests of the process take what they read from one token bucket, so that no
- * second sees more than an eighth over the limit. What is not read stays with the network, which slows the
+ * second sees more than a twelfth over the limit. What is not read stays with the network, which slows the
  * sender down.
  *
  * It can also be held: then files do not move at all, until it is let go. Main thread.

@@ -80,7 +80,7 @@ private slots:
         while (clock.elapsed() < 600) {
             granted += limiter.take(limit, file);
             QVERIFY(refilled.wait(5000)); // whoever was refused hears of more
-            QVERIFY2(granted <= limit / 8 + clock.elapsed() * limit / 1000,
+            QVERIFY2(granted <= limit / 12 + clock.elapsed() * limit / 1000,
                      qPrintable(QString::number(granted)));
         }
         QVERIFY(granted > 0);
@@ -104,7 +104,7 @@ private slots:
         QVERIFY(stored() < fileSize); // it did not wait for the files
         QCOMPARE(document.getContents(), text);
         QTRY_VERIFY_WITH_TIMEOUT(stored() > limit, 30000);
-        QVERIFY(stored() + text.size() <= limit / 8 + clock.elapsed() * limit / 1000);
+        QVERIFY(stored() + text.size() <= limit / 12 + clock.elapsed() * limit / 1000);
 
         // Another limit does not break what is being transferred.
         m_limiter->setLimit(4 * limit);
