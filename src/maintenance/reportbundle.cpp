@@ -76,7 +76,8 @@ QByteArray zipOf(const QVector<ReportPart>& parts, QString* error)
         zip_stat_t stat;
         zip_source_stat(source, &stat);
         bytes.resize(static_cast<int>(stat.size));
-        zip_source_read(source, bytes.data(), stat.size);
+        if (zip_source_read(source, bytes.data(), stat.size) != static_cast<zip_int64_t>(stat.size))
+            bytes.clear();
         zip_source_close(source);
     }
     zip_source_free(source);

@@ -24,6 +24,9 @@ QString clientEnvironmentKey(const QString& server)
     return QStringLiteral("LauncherClientEnvironment/%1").arg(server);
 }
 
+/** With less, nothing would ever come. */
+constexpr double minDownloadLimit = 0.01;
+
 QString adoptedFolderKey() { return QStringLiteral("LauncherAdoptedFolder"); }
 QString linkAdoptedKey() { return QStringLiteral("LauncherLinkAdoptedFiles"); }
 
@@ -141,7 +144,7 @@ void Settings::setNormalised(Id id, const QVariant& value)
         return set(id, value.toString().isEmpty() ? QVariant(QStringLiteral("latest")) : value);
     case Id::DownloadLimit: {
         const double limit = value.toDouble();
-        return set(id, limit > 0 && limit <= maxDownloadLimit ? limit : 0.0);
+        return set(id, limit > 0 && limit <= maxDownloadLimit ? qMax(limit, minDownloadLimit) : 0.0);
     }
     default:
         return set(id, value);

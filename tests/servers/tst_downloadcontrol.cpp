@@ -231,6 +231,9 @@ private slots:
         m_control->setLimit(1);
         QCOMPARE(RateLimiter::instance()->limit(), 1024 * 1024LL);
         QCOMPARE(changed.size(), 3);
+        settings()->setFromJson({{"LauncherDownloadLimit", 1e-7}}); // so little that nothing would ever come
+        settings()->save();
+        QVERIFY(RateLimiter::instance()->limit() > 10000);
         m_control->setLimit(0);
     }
 
