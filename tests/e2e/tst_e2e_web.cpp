@@ -45,6 +45,17 @@ private:
         QVERIFY(m_page->attach("/demo/"));
         QVERIFY(m_page->waitFor(m_canPlay));
     }
+    /** Publishes a build when the launcher has nothing to do, and waits for the cycle that comes to update to
+     * it. */
+    bool updatesTo(const QString& build, const QByteArray& large)
+    {
+        if (!m_launcher->waitForLog("Scheduling refresh after 15 minutes"))
+            return false;
+        const int before = m_launcher->log().size();
+        m_service->tree().publish(
+            "ks", build, {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")}, {"large", large}});
+        return m_launcher->waitForLog("setPlayable('ks', false)", 60000, before);
+    }
     /** What the player sees instead of the page. */
     bool errorPageSays(const QString& heading, const QString& message)
     {
@@ -306,12 +317,10 @@ private slots:
 
     void pausesAndLimitsDownloads()
     {
-        startAndWaitForPage({});
+        startAndWaitForPage();
         const auto content = sampleBytes(7, 3000000);
         m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(400000));
-        m_service->tree().publish(
-            "ks", "102", {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")}, {"large", content}});
-        QVERIFY(m_launcher->waitForLog("setPlayable('ks', false)", 60000));
+        QVERIFY(updatesTo("102", content));
         QVERIFY(m_page->click("#pause"));
         QVERIFY(m_page->waitFor(m_cardText + ".includes('Paused')"));
         QVERIFY(m_page->waitFor("document.getElementById('pause').textContent === 'Resume downloads'"));
@@ -327,16 +336,12 @@ private slots:
 
     void keepsCallsForAPageThatReloads()
     {
-        start();
-        QVERIFY(m_page->attach("/demo/"));
-        QVERIFY(m_page->waitFor(m_canPlay));
-        m_service->tree().publish("ks", "101",
-                                  {{"bin64/exefile.exe", readSample(VELKOR_BIN "/exefile.exe")},
-                                   {"large", sampleBytes(1, 1000000)}});
-        m_service->content().faults().set(SampleTree::pathOf(sampleBytes(1, 1000000)), Fault::slow(100000));
+        startAndWaitForPage();
+        const auto content = sampleBytes(1, 1000000);
+        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(100000));
         // The page comes slowly while the update goes on.
         web().faults().set("/demo/main.js", Fault::slow(6000));
-        QVERIFY(m_launcher->waitForLog("setPlayable('ks', false)", 60000));
+        QVERIFY(updatesTo("101", content));
         m_page->evaluate("location.reload()");
         QVERIFY(m_launcher->waitForLog("Queueing updateProgress('ks', "));
         QVERIFY(m_page->attach("/demo/"));

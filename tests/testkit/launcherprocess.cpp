@@ -125,11 +125,11 @@ QString LauncherProcess::log() const
     return files.isEmpty() ? QString() : QString::fromUtf8(readSample(files.constLast()));
 }
 
-bool LauncherProcess::waitForLog(const QString& text, int milliseconds) const
+bool LauncherProcess::waitForLog(const QString& text, int milliseconds, int from) const
 {
     QElapsedTimer timer;
     for (timer.start(); !timer.hasExpired(milliseconds); QTest::qWait(20)) {
-        if (log().contains(text))
+        if (log().indexOf(text, from) >= 0)
             return true;
     }
     return false;

@@ -51,8 +51,9 @@ public:
 
     /** The log of the newest run; start() removes those of earlier ones. */
     QString log() const;
-    /** Whether the log has this text by now, waiting for it for a while. */
-    bool waitForLog(const QString& text, int milliseconds = 20000) const;
+    /** Whether the log has this text by now, waiting for it for a while. from: what stands before this
+     * position does not count. */
+    bool waitForLog(const QString& text, int milliseconds = 20000, int from = 0) const;
     /** What the last refreshOnce() has printed. */
     QString standardError() const { return m_standardError; }
     QString standardOutput() const { return m_standardOutput; }
