@@ -26,37 +26,34 @@ namespace
 {
 constexpr int maxTokenRetries = 5;
 constexpr int tokenRetryDelayMs = 10000;
-
-QString lastDownloadedKey(const QString& name)
-{
-    return QStringLiteral("LauncherLastDownloaded/%1").arg(name);
-}
 } // namespace
 
 ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObject* parent)
     : QObject(parent), m_name(name), m_displayName(entry.value(QLatin1String("displayName")).toString()),
       m_patchInfoUrl(QStringLiteral("%1velkorclient_%2.json")
                          .arg(Settings::instance()->getBaseUrlForVersion(), name.toUpper())),
-      m_server(entry.value(QLatin1String("server")).toString())
+      m_server(entry.value(QLatin1String("server")).toString()), m_record(name, getStagingFolder()),
+      m_fullDownload([this](const IndexPtr& index) {
+          return makeDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), index,
+                              Settings::instance()->getBaseUrlForResources(), DownloadStep::FullResources);
+      })
 {
     connect(&m_prefetchWatcher, &QFutureWatcher<IndexPtr>::finished, this,
             &ServerManager::onPrefetchIndexLoaded);
-    connect(&m_resourceWatcher, &QFutureWatcher<IndexPtr>::finished, this,
-            &ServerManager::onResourceIndexLoaded);
-    m_lastDownloaded = Settings::instance()->store().value(lastDownloadedKey(m_name)).toString();
-    m_index.set(loadIndex(cachedIndexPath()));
-    m_installedIndex.set(QFile::exists(installedIndexPath()) ? loadIndex(installedIndexPath()) : getIndex());
-    m_currentPrefetchIndex = loadIndex(getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
-    // An empty record says that files have been lost since: what is installed does not count then.
-    const bool wasReset =
-        m_lastDownloaded.isEmpty() && Settings::instance()->store().contains(lastDownloadedKey(m_name));
-    m_stagingFolderBuild = wasReset ? QString() : getStagingFolderBuild();
+    connect(&m_fullDownload, &FullDownload::ended, this, [this](bool began) {
+        emit progressUpdate(this, 1.0F, began ? tr("Ready") : QStringLiteral("Ready"));
+    });
+    m_index.set(m_record.loadIndex());
+    m_installedIndex.set(m_record.loadInstalledIndex(getIndex()));
+    if (const auto prefetch = getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt");
+        QFile::exists(prefetch))
+        m_currentPrefetchIndex = getIndexFromFile(prefetch);
+    m_stagingFolderBuild = m_record.installedBuild();
 }
 
 ServerManager::~ServerManager()
 {
     m_prefetchWatcher.waitForFinished();
-    m_resourceWatcher.waitForFinished();
     for (auto* process : qAsConst(m_processes))
         process->detach();
 }
@@ -74,18 +71,6 @@ QString ServerManager::getExefileName() const
     return QStringLiteral("%1/%2/exefile.exe").arg(getStagingFolder(), folder);
 }
 
-QString ServerManager::cachedIndexPath() const
-{
-    return QDir::cleanPath(
-        QStringLiteral("%1/index_%2.txt").arg(Settings::instance()->getCacheFolder(), m_name));
-}
-
-QString ServerManager::installedIndexPath() const
-{
-    return QDir::cleanPath(
-        QStringLiteral("%1/index_%2_installed.txt").arg(Settings::instance()->getCacheFolder(), m_name));
-}
-
 QString ServerManager::findFileInIndex(const QString& name) const
 {
     const auto index = getIndex();
@@ -94,27 +79,6 @@ QString ServerManager::findFileInIndex(const QString& name) const
         return {};
     return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/ResFiles/") +
                            cachedName);
-}
-
-QString ServerManager::getStagingFolderBuild() const
-{
-    const auto path = QDir::cleanPath(getStagingFolder() + QStringLiteral("/start.ini"));
-    if (!QFile::exists(path)) {
-        qDebug().noquote() << path << "not found, cannot read staging-folder build";
-        return {};
-    }
-    const QSettings ini(path, QSettings::IniFormat);
-    if (ini.status() == QSettings::FormatError) {
-        qDebug().noquote() << "Invalid INI format of " << path;
-        return {};
-    }
-    return ini.value(QStringLiteral("main/build")).toString();
-}
-
-IndexPtr ServerManager::loadIndex(const QString& path) const
-{
-    // Nothing has been installed yet: not a failure to report.
-    return QFile::exists(path) ? getIndexFromFile(path) : IndexPtr();
 }
 
 void ServerManager::setToken(const QString& token)
@@ -134,15 +98,9 @@ void ServerManager::reset()
 
 void ServerManager::resetLastDownloaded()
 {
-    m_lastDownloaded.clear();
+    m_record.setLastDownloaded({});
     m_stagingFolderBuild.clear(); // nor does what is installed count
-    saveLastDownloadedBuild();
-}
-
-void ServerManager::saveLastDownloadedBuild()
-{
-    qDebug().noquote() << "Saving" << m_name << m_lastDownloaded << "in registry";
-    Settings::instance()->store().setValue(lastDownloadedKey(m_name), m_lastDownloaded);
+    m_record.save();
 }
 
 void ServerManager::refresh()
@@ -190,7 +148,7 @@ void ServerManager::onPatchInfoDownloadFinished(Task* task)
     qDebug().noquote() << "Build on" << m_name << ":" << newBuild << "-"
                        << (m_isProtected ? "protected" : "public");
     if (!QDir(getStagingFolder()).exists()) {
-        m_lastDownloaded.clear();
+        m_record.setLastDownloaded({});
         m_stagingFolderBuild.clear();
     }
     if (newBuild == m_stagingFolderBuild) {
@@ -279,37 +237,25 @@ void ServerManager::onBinaryIndexDownloadFinished(Task* task)
         return;
     }
     PatchManager::instance()->setBaseIndex();
-    saveCachedIndex(bytes);
+    m_record.keepIndex(bytes, m_build);
     index->setName(QStringLiteral("velkor_%1.txt").arg(m_build));
     index->setBuild(m_build);
     m_index.set(index);
-    if (m_build == m_lastDownloaded) {
+    if (m_build == m_record.lastDownloaded()) {
         qDebug().noquote() << "Current build" << m_build << "same as last downloaded";
         markMainDownloadDone();
         return;
     }
-    qDebug().noquote() << "Current build" << m_build << "different from last downloaded" << m_lastDownloaded
-                       << "- downloading from binaries index";
+    qDebug().noquote() << "Current build" << m_build << "different from last downloaded"
+                       << m_record.lastDownloaded() << "- downloading from binaries index";
     downloadBinaries();
-}
-
-// The file lets a later start know the index without a download; nothing else depends on it. The index of the
-// installed build stays beside it until the files of the new one are there: patches start from it, also when
-// the launcher has been ended meanwhile.
-void ServerManager::saveCachedIndex(const QByteArray& bytes) const
-{
-    if (!m_lastDownloaded.isEmpty() && m_build != m_lastDownloaded && !QFile::exists(installedIndexPath()))
-        QFile::rename(cachedIndexPath(), installedIndexPath());
-    QSaveFile file(cachedIndexPath());
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        qDebug().noquote() << "The index could not be kept in" << file.fileName() << file.errorString();
 }
 
 void ServerManager::downloadBinaries()
 {
-    scheduleIndexDownload(QStringLiteral("Downloader for %1").arg(m_displayName), getIndex(),
-                          Settings::instance()->getBaseUrlForBinaries(), DownloadStep::Binaries, m_name,
-                          &ServerManager::onBinariesDownloadFinished);
+    scheduleStep(makeDownload(QStringLiteral("Downloader for %1").arg(m_displayName), getIndex(),
+                              Settings::instance()->getBaseUrlForBinaries(), DownloadStep::Binaries),
+                 &ServerManager::onBinariesDownloadFinished);
 }
 
 void ServerManager::onBinariesDownloadFinished(Task* task)
@@ -320,9 +266,9 @@ void ServerManager::onBinariesDownloadFinished(Task* task)
         return;
     }
     m_installedIndex.set(getIndex());
-    QFile::remove(installedIndexPath());
-    m_lastDownloaded = m_build;
-    saveLastDownloadedBuild();
+    m_record.dropInstalledIndex();
+    m_record.setLastDownloaded(m_build);
+    m_record.save();
     loadPrefetchIndex();
 }
 
@@ -342,9 +288,9 @@ void ServerManager::onPrefetchIndexLoaded()
     }
     m_prefetchIndex->setName(QStringLiteral("resfileindex_prefetch_%1.txt").arg(m_build));
     m_prefetchIndex->setBuild(m_build);
-    scheduleIndexDownload(QStringLiteral("Resource prefetch for %1").arg(m_displayName), m_prefetchIndex,
-                          Settings::instance()->getBaseUrlForResources(), DownloadStep::Prefetch, m_name,
-                          &ServerManager::onPrefetchDownloadFinished);
+    scheduleStep(makeDownload(QStringLiteral("Resource prefetch for %1").arg(m_displayName), m_prefetchIndex,
+                              Settings::instance()->getBaseUrlForResources(), DownloadStep::Prefetch),
+                 &ServerManager::onPrefetchDownloadFinished);
 }
 
 void ServerManager::onPrefetchDownloadFinished(Task* task)
@@ -360,12 +306,12 @@ void ServerManager::copyBinaries()
 {
     auto* copier = new Copier(getIndex(), m_name, this);
     copier->setProperty("name", QStringLiteral("Copier for %1").arg(m_displayName));
-    connect(copier, &Copier::progressUpdate, this, &ServerManager::onProgressUpdate);
-    connect(copier, &Task::finished, this, &ServerManager::onCopyFinished);
+    connect(copier, &Copier::progressUpdate, this, [this](float fraction, const QString& message) {
+        onProgressUpdate(DownloadStep::Copy, fraction, message);
+    });
     emit progressUpdate(this, 0.0F, tr("Copying files"));
-    m_downloadStep = DownloadStep::Copy;
     m_progress.text = tr("Copying files");
-    emit Scheduler::instance()->schedule(m_name, copier);
+    scheduleStep(copier, &ServerManager::onCopyFinished);
 }
 
 void ServerManager::onCopyFinished(Task* task)
@@ -390,37 +336,9 @@ void ServerManager::markMainDownloadDone()
     emit progressUpdate(this, 1.0F, tr("Ready"));
     emit endUpdate(this);
     emit ready(this);
-    if (Settings::instance()->shouldDownloadEverything() && !m_fullDownloadRunning &&
+    if (Settings::instance()->shouldDownloadEverything() && !m_fullDownload.isRunning() &&
         !Scheduler::instance()->hasBackgroundTask())
-        downloadAllResources();
-}
-
-void ServerManager::downloadAllResources()
-{
-    m_fullDownloadRunning = true;
-    m_resourceWatcher.setFuture(
-        QtConcurrent::run(getIndexFromFile, findFileInIndex(QStringLiteral("app:/resfileindex.txt"))));
-}
-
-void ServerManager::onResourceIndexLoaded()
-{
-    const auto index = m_resourceWatcher.result();
-    m_resourceIndex.set(index);
-    if (!Settings::instance()->shouldDownloadEverything() || !index) {
-        m_fullDownloadRunning = false;
-        emit progressUpdate(this, 1.0F, QStringLiteral("Ready"));
-        return;
-    }
-    scheduleIndexDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), index,
-                          Settings::instance()->getBaseUrlForResources(), DownloadStep::FullResources,
-                          QStringLiteral("background"), &ServerManager::onFullDownloadFinished);
-}
-
-void ServerManager::onFullDownloadFinished(Task* task)
-{
-    task->deleteLater();
-    m_fullDownloadRunning = false;
-    emit progressUpdate(this, 1.0F, tr("Ready"));
+        m_fullDownload.start(findFileInIndex(QStringLiteral("app:/resfileindex.txt")));
 }
 
 void ServerManager::notifyTaskError(const Task* task)
@@ -437,10 +355,10 @@ void ServerManager::notifyError(int code, const QString& message)
     emit failedUpdate(this, code, message);
 }
 
-void ServerManager::onProgressUpdate(float fraction, const QString& message)
+void ServerManager::onProgressUpdate(DownloadStep step, float fraction, const QString& message)
 {
     float overall = fraction;
-    switch (m_downloadStep) {
+    switch (step) {
     case DownloadStep::Binaries:
         overall = fraction * 0.2F;
         break;
@@ -467,26 +385,31 @@ void ServerManager::reportProgress()
 void ServerManager::setHeldBecause(const QString& reason)
 {
     m_progress.heldBecause = reason;
-    if (m_updating || m_fullDownloadRunning)
+    if (m_updating || m_fullDownload.isRunning())
         reportProgress();
 }
 
-void ServerManager::scheduleIndexDownload(const QString& taskName, const IndexPtr& index,
-                                          const QString& baseUrl, DownloadStep step, const QString& queue,
-                                          void (ServerManager::*onFinished)(Task*))
+Task* ServerManager::makeDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
+                                  DownloadStep step)
 {
     auto* task = makeIndexDownload(taskName, index, baseUrl, this);
     if (m_review)
         task->setReview([this](DownloadFromIndexTask* reviewed) { m_review(this, reviewed); });
     connect(task, &DownloadFromIndexTask::filesAdopted, this, &ServerManager::filesAdopted);
-    connect(task, &DownloadFromIndexTask::progressUpdate, this, &ServerManager::onProgressUpdate);
+    connect(
+        task, &DownloadFromIndexTask::progressUpdate, this,
+        [this, step](float fraction, const QString& message) { onProgressUpdate(step, fraction, message); });
     connect(task, &DownloadFromIndexTask::transferUpdate, this,
             [this](const QString& text) { emit transferUpdate(this, text); });
-    connect(task, &Task::finished, this, onFinished);
-    m_downloadStep = step;
     if (!m_progress.heldBecause.isEmpty())
         reportProgress();
-    emit Scheduler::instance()->schedule(queue, task);
+    return task;
+}
+
+void ServerManager::scheduleStep(Task* task, void (ServerManager::*onFinished)(Task*))
+{
+    connect(task, &Task::finished, this, onFinished);
+    emit Scheduler::instance()->schedule(m_name, task);
 }
 
 void ServerManager::scheduleDownload(const QString& taskName, const QUrl& url,
@@ -494,6 +417,5 @@ void ServerManager::scheduleDownload(const QString& taskName, const QUrl& url,
 {
     auto* task = new Downloader(url, this);
     task->setProperty("name", taskName);
-    connect(task, &Task::finished, this, onFinished);
-    emit Scheduler::instance()->schedule(m_name, task);
+    scheduleStep(task, onFinished);
 }

@@ -2,6 +2,8 @@
 
 #include "index/index.h"
 #include "servers/attachedprocess.h"
+#include "servers/buildrecord.h"
+#include "servers/fulldownload.h"
 #include "servers/heldprogress.h"
 #include "tasks/task.h"
 
@@ -47,14 +49,14 @@ public:
     IndexPtr getPrefetchIndex() const { return m_prefetchIndex; }
     IndexPtr getCurrentPrefetchIndex() const { return m_currentPrefetchIndex; }
     /** Of the build whose resources were last downloaded; null before the first. Any thread. */
-    IndexPtr getResourceIndex() const { return m_resourceIndex.get(); }
+    IndexPtr getResourceIndex() const { return m_fullDownload.getIndex(); }
     QString getStagingFolder() const;
     /** The client's executable in the staging folder. */
     QString getExefileName() const;
     /** The file in the cache that the binaries index names so; empty when there is none. */
     QString findFileInIndex(const QString& name) const;
     /** The build recorded in the staging folder's start.ini, or an empty string. */
-    QString getStagingFolderBuild() const;
+    QString getStagingFolderBuild() const { return m_record.stagingFolderBuild(); }
     /** The staging folder holds the current build, and play() may be called. */
     bool isReady() const { return m_ready; }
     /** Between refresh() and its endUpdate() or failedUpdate(). */
@@ -62,7 +64,7 @@ public:
     /** What was last told of the update, for people. */
     QString progressText() const { return m_progress.shownText(); }
     /** All resources are being downloaded in the background, or are about to be. */
-    bool isFullDownloadRunning() const { return m_fullDownloadRunning; }
+    bool isFullDownloadRunning() const { return m_fullDownload.isRunning(); }
     bool isActive() const { return m_active; }
     void setActive(bool active) { m_active = active; }
     /** Asked before a long download, and where there seems to be too little room; see DownloadFromIndexTask.
@@ -81,7 +83,7 @@ public:
     void reset();
     /** Makes the next update download the binaries again. */
     void resetLastDownloaded();
-    void saveLastDownloadedBuild();
+    void saveLastDownloadedBuild() { m_record.save(); }
 
     /**
      * Starts a client; token, settingsProfile and username may be empty. The calling thread waits until the
@@ -124,7 +126,6 @@ private:
     void startUpdateTo(const QString& newBuild);
     void downloadBinaryIndex();
     void onBinaryIndexDownloadFinished(Task* task);
-    void saveCachedIndex(const QByteArray& bytes) const;
     void downloadBinaries();
     void onBinariesDownloadFinished(Task* task);
     void loadPrefetchIndex();
@@ -133,48 +134,40 @@ private:
     void copyBinaries();
     void onCopyFinished(Task* task);
     void markMainDownloadDone();
-    void downloadAllResources();
-    void onResourceIndexLoaded();
-    void onFullDownloadFinished(Task* task);
 
     void reportWineLaunch() const;
     void notifyError(int code, const QString& message);
     /** With the task's own words for the player, where it has some. */
     void notifyTaskError(const Task* task);
-    void onProgressUpdate(float fraction, const QString& message);
+    /** Tells how far the whole update is when one of its steps is this far. */
+    void onProgressUpdate(DownloadStep step, float fraction, const QString& message);
     void reportProgress();
-    void scheduleIndexDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
-                               DownloadStep step, const QString& queue,
-                               void (ServerManager::*onFinished)(Task*));
+    Task* makeDownload(const QString& taskName, const IndexPtr& index, const QString& baseUrl,
+                       DownloadStep step);
+    void scheduleStep(Task* task, void (ServerManager::*onFinished)(Task*));
     void scheduleDownload(const QString& taskName, const QUrl& url, void (ServerManager::*onFinished)(Task*));
-    IndexPtr loadIndex(const QString& path) const;
-    QString cachedIndexPath() const;
-    QString installedIndexPath() const;
 
     PublishedIndex m_index;
     PublishedIndex m_installedIndex;
     IndexPtr m_currentIndex;
     IndexPtr m_prefetchIndex;
     IndexPtr m_currentPrefetchIndex;
-    PublishedIndex m_resourceIndex;
     QFutureWatcher<IndexPtr> m_prefetchWatcher;
-    QFutureWatcher<IndexPtr> m_resourceWatcher;
     QSet<AttachedProcess*> m_processes;
     QString m_build;
     QString m_stagingFolderBuild;
-    QString m_lastDownloaded;
     const QString m_name;
     const QString m_displayName;
     const QString m_patchInfoUrl;
     const QString m_server;
+    BuildRecord m_record;
     QString m_token;
     int m_tokenRetries = 0;
-    DownloadStep m_downloadStep = DownloadStep::Binaries;
     bool m_ready = false;
     bool m_updating = false;
     bool m_active = false;
-    bool m_fullDownloadRunning = false;
     bool m_isProtected = false;
     HeldProgress m_progress;
     Review m_review;
+    FullDownload m_fullDownload;
 };
