@@ -437,6 +437,10 @@
         <source>%1 of %2 lines</source>
         <translation>%1 von %2 Zeilen</translation>
     </message>
+    <message>
+        <source>The log file cannot be read: %1</source>
+        <translation>Die Protokolldatei kann nicht gelesen werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>LogModel</name>

@@ -437,6 +437,10 @@
         <source>%1 of %2 lines</source>
         <translation>%1 lignes sur %2</translation>
     </message>
+    <message>
+        <source>The log file cannot be read: %1</source>
+        <translation>Le fichier journal ne peut pas être lu : %1</translation>
+    </message>
 </context>
 <context>
     <name>LogModel</name>

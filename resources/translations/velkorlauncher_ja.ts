@@ -436,6 +436,10 @@
         <source>%1 of %2 lines</source>
         <translation>%1 / %2 行</translation>
     </message>
+    <message>
+        <source>The log file cannot be read: %1</source>
+        <translation>ログファイルを読み取れません: %1</translation>
+    </message>
 </context>
 <context>
     <name>LogModel</name>

@@ -438,6 +438,10 @@
         <source>%1 of %2 lines</source>
         <translation>%1 из %2 строк</translation>
     </message>
+    <message>
+        <source>The log file cannot be read: %1</source>
+        <translation>Файл журнала не читается: %1</translation>
+    </message>
 </context>
 <context>
     <name>LogModel</name>

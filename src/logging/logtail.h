@@ -12,6 +12,8 @@ class LogTail
 public:
     explicit LogTail(const QString& path);
 
+    /** Why the file cannot be read, for people; empty when it can. */
+    QString problem() const { return m_file.isOpen() ? QString() : m_file.errorString(); }
     /** What has come since the last call; of a file that is long already, the end. A line without its end has
      * to wait. */
     QVector<LogRecord> read();

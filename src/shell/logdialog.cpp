@@ -125,7 +125,9 @@ void LogDialog::follow()
     m_model.append(m_tail.read());
     if (atEnd)
         m_table->scrollToBottom();
-    m_count->setText(tr("%1 of %2 lines").arg(m_model.rowCount()).arg(m_model.recordCount()));
+    m_count->setText(m_tail.problem().isEmpty()
+                         ? tr("%1 of %2 lines").arg(m_model.rowCount()).arg(m_model.recordCount())
+                         : tr("The log file cannot be read: %1").arg(m_tail.problem()));
 }
 
 void LogDialog::copy() const

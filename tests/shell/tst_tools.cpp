@@ -195,16 +195,22 @@ private slots:
         QCOMPARE(messages(), QStringList{"broken"});
         button(dialog, "Copy")->click();
         QVERIFY(QGuiApplication::clipboard()->text().endsWith("broken\n"));
+
+        LogDialog empty(folder.filePath("lost.txt"));
+        const auto labels = empty.findChildren<QLabel*>();
+        QVERIFY(std::any_of(labels.begin(), labels.end(), [](const QLabel* label) {
+            return label->text().startsWith("The log file cannot be read: No such file");
+        }));
     }
 
     void watchdogNamesWhatIsAwaited()
     {
         QString activity = "Downloader: 1 byte";
-        UpdateWatchdog watchdog([&] { return activity; }, 120ms);
+        UpdateWatchdog watchdog([&] { return activity; }, 600ms);
         QSignalSpy stuck(&watchdog, &UpdateWatchdog::stuck);
         for (int i = 0; i < 8; ++i) { // it moves
             activity = QStringLiteral("Downloader: %1 bytes").arg(i);
-            QTest::qWait(30);
+            QTest::qWait(100);
         }
         QCOMPARE(stuck.size(), 0);
         QVERIFY(stuck.wait(5000));
