@@ -148,7 +148,7 @@ private slots:
         const QTemporaryDir old;
         for (int i = 0; i < 60; ++i)
             writeSample(old.filePath(QString::number(i)), sampleBytes(i, 20000));
-        m_service->content().faults().set("*", Fault::slow(40000));
+        m_service->content().faults().set("*", Fault::slow(10000));
         const auto task = newTask(index);
         QSignalSpy finished(task.get(), &Task::finished);
         task->go();
@@ -238,13 +238,14 @@ private slots:
     void marksTheCacheWhileItWrites()
     {
         const auto index = publish(3, 50000);
-        m_service->content().faults().set("*", Fault::slow(200000));
+        m_service->content().faults().set("*", Fault::slow(10000));
         const auto task = newTask(index);
         QSignalSpy finished(task.get(), &Task::finished);
         task->go();
         QTRY_VERIFY(!m_service->content().requests().empty());
         QCOMPARE(hiddenFiles(),
                  QStringList{QStringLiteral(".updating-%1").arg(QCoreApplication::applicationPid())});
+        m_service->content().faults().clear();
         QVERIFY(finished.wait(20000));
         QVERIFY(hiddenFiles().isEmpty());
     }

@@ -166,7 +166,7 @@ private slots:
     {
         const auto content = sampleBytes(5, 400000);
         m_service->content().faults().set(SampleTree::pathOf(content), Fault::stall(2));
-        m_queue->setStallTimeout(100);
+        m_queue->setStallTimeout(500);
         add(content);
         QCOMPARE(run(), 0);
         QCOMPARE(m_service->requestsFor(SampleTree::pathOf(content)), 3);
@@ -190,7 +190,7 @@ private slots:
     {
         for (int i = 0; i < 40; ++i)
             add(sampleBytes(i, 30000));
-        m_service->content().faults().set("*", Fault::slow(300000));
+        m_service->content().faults().set("*", Fault::slow(30000));
         QSignalSpy finished(m_queue.get(), &DownloadQueue::finished);
         m_queue->startDownload();
         QTRY_VERIFY(m_service->content().requests().size() >= 3);
@@ -199,6 +199,7 @@ private slots:
         QVERIFY(waiting > 0);
         QVERIFY(!finished.wait(300));
         QCOMPARE(m_queue->getSize(), waiting);
+        m_service->content().faults().clear();
         QCOMPARE(run(), 0);
         QCOMPARE(files().size(), 40);
     }

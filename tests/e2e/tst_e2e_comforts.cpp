@@ -78,7 +78,7 @@ private slots:
     void staysPausedOverARestart()
     {
         newLauncher();
-        m_service->content().faults().set("/*", Fault::slow(300000));
+        m_service->content().faults().set("/*", Fault::slow(30000));
         m_launcher->start({"-d", "-k", "-s"});
         QVERIFY(m_launcher->waitForLog("Downloading " + m_launcher->cache()));
         press(m_list, {"alt+d"});

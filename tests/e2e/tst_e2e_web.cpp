@@ -319,7 +319,7 @@ private slots:
     {
         startAndWaitForPage();
         const auto content = sampleBytes(7, 3000000);
-        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(400000));
+        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(40000));
         QVERIFY(updatesTo("102", content));
         QVERIFY(m_page->click("#pause"));
         QVERIFY(m_page->waitFor(m_cardText + ".includes('Paused')"));
@@ -338,13 +338,15 @@ private slots:
     {
         startAndWaitForPage();
         const auto content = sampleBytes(1, 1000000);
-        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(100000));
+        m_service->content().faults().set(SampleTree::pathOf(content), Fault::slow(10000));
         // The page comes slowly while the update goes on.
-        web().faults().set("/demo/main.js", Fault::slow(6000));
+        web().faults().set("/demo/main.js", Fault::slow(1000));
         QVERIFY(updatesTo("101", content));
         m_page->evaluate("location.reload()");
         QVERIFY(m_launcher->waitForLog("Queueing updateProgress('ks', "));
+        web().faults().clear();
         QVERIFY(m_page->attach("/demo/"));
+        m_service->content().faults().clear();
         QVERIFY(m_page->waitFor(m_canPlay + " && " + m_cardText + ".includes('build 101')", 60000));
         // What has waited comes right behind the version.
         const auto log = m_launcher->log();
@@ -380,7 +382,7 @@ private slots:
     {
         const auto large = sampleBytes(7, 1000000);
         m_service->tree().publish("ks", "102", {{"large", large}});
-        m_service->content().faults().set(SampleTree::pathOf(large), Fault::slow(60000));
+        m_service->content().faults().set(SampleTree::pathOf(large), Fault::slow(10000));
         m_service->backend().refuse(web());
         start();
         QVERIFY(errorPageSays("Error", "Couldn't get GUI version info\n\nSee logs for details"));
@@ -397,10 +399,11 @@ private slots:
 
     void saysThatItWaitsForASlowWebHost()
     {
-        web().faults().set("/version.json", Fault::slow(20, 1));
+        web().faults().set("/version.json", Fault::slow(1));
         start();
         QVERIFY(errorPageSays("Checking GUI version...", "Please wait"));
         takePicture("slow");
+        web().faults().clear();
         QVERIFY(m_page->attach("/demo/"));
         QVERIFY(m_page->waitFor(m_canPlay));
         QVERIFY(!m_launcher->log().contains("Couldn't get GUI version info"));

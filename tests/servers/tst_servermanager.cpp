@@ -252,10 +252,11 @@ private slots:
     {
         Settings::instance()->setShouldDownloadEverything(true);
         publish("100");
-        m_service->content().faults().set(SampleTree::pathOf("later"), Fault::slow(20));
+        m_service->content().faults().set(SampleTree::pathOf("later"), Fault::slow(1));
         refresh();
         QVERIFY(m_server->isReady());
         QVERIFY(m_server->isFullDownloadRunning());
+        m_service->content().faults().clear();
         QTRY_VERIFY(!m_server->isFullDownloadRunning());
         QVERIFY(QFile::exists(m_cache->filePath("ResFiles" + SampleTree::pathOf("later"))));
         QCOMPARE(m_texts.last(), QStringLiteral("Ready"));

@@ -3,13 +3,17 @@
 void FaultTable::set(const QString& path, const Fault& fault)
 {
     const std::lock_guard lock(m_mutex);
-    m_faults.insert(path, fault);
+    auto& kept = m_faults[path];
+    kept = fault;
+    kept.cleared = m_cleared;
 }
 
 void FaultTable::clear()
 {
     const std::lock_guard lock(m_mutex);
     m_faults.clear();
+    *m_cleared = true;
+    m_cleared = std::make_shared<std::atomic<bool>>(false);
 }
 
 Fault FaultTable::take(const QString& path)

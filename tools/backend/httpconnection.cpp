@@ -1,5 +1,6 @@
 #include "tools/backend/httpconnection.h"
 
+#include <QElapsedTimer>
 #include <QTimer>
 #include <QUrl>
 
@@ -77,20 +78,28 @@ void HttpConnection::respond(const HttpRequest& request)
     sendHead(response);
     if (request.method == QLatin1String("HEAD"))
         m_sent = m_length;
-    if (m_fault.kind == Fault::Kind::Slow) {
-        auto* ticker = new QTimer(this);
-        connect(ticker, &QTimer::timeout, this, [this, ticker] {
-            m_sent += m_socket->write(nextBytes(qMax(1, m_fault.bytesPerSecond * slowTickMs / 1000)));
-            if (m_sent >= m_length) {
-                ticker->deleteLater();
-                m_fault = {};
-                sendBody();
-            }
-        });
-        ticker->start(slowTickMs);
-        return;
-    }
-    sendBody();
+    if (m_fault.kind == Fault::Kind::Slow)
+        sendSlowly();
+    else
+        sendBody();
+}
+
+void HttpConnection::sendSlowly()
+{
+    auto* ticker = new QTimer(this);
+    QElapsedTimer timer;
+    timer.start();
+    connect(ticker, &QTimer::timeout, this, [this, ticker, timer, start = m_sent] {
+        const qint64 due = start + m_fault.bytesPerSecond * timer.elapsed() / 1000 - m_sent;
+        if (due > 0)
+            m_sent += m_socket->write(nextBytes(due));
+        if (m_sent < m_length && !*m_fault.cleared)
+            return;
+        ticker->deleteLater();
+        m_fault = {};
+        sendBody();
+    });
+    ticker->start(slowTickMs);
 }
 
 /** Where the part begins that is asked for: "bytes=N-" is the only form that is known. */

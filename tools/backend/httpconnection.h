@@ -47,6 +47,7 @@ private:
     qint64 startOf(const HttpRequest& request) const;
     void sendHead(const HttpResponse& response);
     void sendBody();
+    void sendSlowly();
     QByteArray nextBytes(qint64 atMost);
 
     QSslSocket* const m_socket;

@@ -12,7 +12,7 @@ HttpsServer::HttpsServer(const KeyAndCertificate& identity, Handler handler, QOb
 
 bool HttpsServer::open()
 {
-    if (!listen(QHostAddress::LocalHost, m_port))
+    if (!isListening() && !listen(QHostAddress::LocalHost, m_port))
         return false;
     m_port = serverPort();
     return true;
