@@ -46,6 +46,20 @@ private slots:
         QCOMPARE(settings.getCustomWinePath(), QStringLiteral("wine"));
     }
 
+    // A launcher that is killed while it makes the lock leaves one without a name in it.
+    void startsSoonBesideAnAbandonedLock()
+    {
+        const auto path = QSettings().fileName() + ".lock";
+        QFile lock(path);
+        QVERIFY(lock.open(QIODevice::WriteOnly));
+        lock.close();
+        QElapsedTimer timer;
+        timer.start();
+        const Settings settings(sampleDeployment());
+        QVERIFY2(!timer.hasExpired(10000), qPrintable(QString::number(timer.elapsed())));
+        QVERIFY(!QFile::exists(path));
+    }
+
     void repairsStoredValues_data()
     {
         QTest::addColumn<QString>("key");
