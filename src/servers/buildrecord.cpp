@@ -55,7 +55,8 @@ void BuildRecord::dropInstalledIndex() const { QFile::remove(installedIndexPath(
 QString BuildRecord::installedBuild() const
 {
     // A record that is there but empty says that files have been lost.
-    const bool filesLost = m_lastDownloaded.isEmpty() && Settings::instance()->store().contains(settingsKey());
+    const bool filesLost =
+        m_lastDownloaded.isEmpty() && Settings::instance()->store().contains(settingsKey());
     return filesLost ? QString() : stagingFolderBuild();
 }
 

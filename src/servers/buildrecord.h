@@ -20,9 +20,9 @@ public:
     /** Of the last build whose files have been downloaded completely; newest where that is the same one. */
     IndexPtr loadInstalledIndex(const IndexPtr& newest) const;
     /**
-     * Keeps the index of this build, which lets a later start know it without a download; nothing else depends
-     * on it. The index of the installed build stays beside it until dropInstalledIndex(): patches start from
-     * it, also when the launcher has been ended meanwhile.
+     * Keeps the index of this build, which lets a later start know it without a download; nothing else
+     * depends on it. The index of the installed build stays beside it until dropInstalledIndex(): patches
+     * start from it, also when the launcher has been ended meanwhile.
      */
     void keepIndex(const QByteArray& bytes, const QString& build) const;
     /** The newest build is the installed one now. */

@@ -130,7 +130,7 @@ void Settings::load()
     m_enabledTestServers.sort();
     m_enabledTestServers.removeDuplicates();
     m_store.setValue(QStringLiteral("LauncherTestServers"), m_enabledTestServers);
-    removeAbandonedLock(m_store.fileName());
+    removeAbandonedLocks(m_store.fileName());
     // Later writes keep the permissions that the file has.
     m_store.sync();
     QFile::setPermissions(m_store.fileName(), QFileDevice::ReadOwner | QFileDevice::WriteOwner);

@@ -1,7 +1,9 @@
+#include "settings/abandonedlock.h"
 #include "settings/settings.h"
 #include "tests/testkit/testmain.h"
 
 #include <QJsonArray>
+#include <QLockFile>
 #include <QSignalSpy>
 
 class TestSettings : public QObject
@@ -46,18 +48,41 @@ private slots:
         QCOMPARE(settings.getCustomWinePath(), QStringLiteral("wine"));
     }
 
-    // A launcher that is killed while it makes the lock leaves one without a name in it.
-    void startsSoonBesideAnAbandonedLock()
+    // A launcher that is killed while it makes a lock leaves one without a name in it.
+    void startsSoonBesideAbandonedLocks_data()
     {
-        const auto path = QSettings().fileName() + ".lock";
-        QFile lock(path);
-        QVERIFY(lock.open(QIODevice::WriteOnly));
-        lock.close();
+        QTest::addColumn<QStringList>("locks");
+        QTest::addColumn<int>("age"); // s
+        QTest::newRow("first") << QStringList{".lock"} << 0;
+        QTest::newRow("both") << QStringList{".lock", ".lock.rmlock"} << 0;
+        QTest::newRow("ahead") << QStringList{".lock"} << -3600; // the clock has been set back
+    }
+    void startsSoonBesideAbandonedLocks()
+    {
+        QFETCH(QStringList, locks);
+        QFETCH(int, age);
+        const auto path = QSettings().fileName();
+        for (const auto& suffix : qAsConst(locks)) {
+            QFile lock(path + suffix);
+            QVERIFY(lock.open(QIODevice::WriteOnly));
+            QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addSecs(-age),
+                                     QFileDevice::FileModificationTime));
+        }
         QElapsedTimer timer;
         timer.start();
         const Settings settings(sampleDeployment());
         QVERIFY2(!timer.hasExpired(10000), qPrintable(QString::number(timer.elapsed())));
-        QVERIFY(!QFile::exists(path));
+        for (const auto& suffix : qAsConst(locks))
+            QVERIFY(!QFile::exists(path + suffix));
+    }
+
+    void leavesALockThatIsHeld()
+    {
+        QLockFile lock(QSettings().fileName() + ".lock");
+        QVERIFY(lock.lock());
+        QTest::qSleep(1100);
+        removeAbandonedLocks(QSettings().fileName());
+        QVERIFY(QFile::exists(QSettings().fileName() + ".lock"));
     }
 
     void repairsStoredValues_data()

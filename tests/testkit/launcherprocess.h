@@ -53,7 +53,7 @@ public:
     QString log() const;
     /** Whether the log has this text by now, waiting for it for a while. from: what stands before this
      * position does not count. */
-    bool waitForLog(const QString& text, int milliseconds = 20000, int from = 0) const;
+    bool waitForLog(const QString& text, int milliseconds = 40000, int from = 0) const;
     /** What the last refreshOnce() has printed. */
     QString standardError() const { return m_standardError; }
     QString standardOutput() const { return m_standardOutput; }
