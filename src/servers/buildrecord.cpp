@@ -14,10 +14,15 @@ static IndexPtr loadIfThere(const QString& path)
     return QFile::exists(path) ? getIndexFromFile(path) : IndexPtr();
 }
 
-BuildRecord::BuildRecord(const QString& name, const QString& stagingFolder)
-    : m_name(name), m_stagingFolder(stagingFolder),
-      m_lastDownloaded(Settings::instance()->store().value(settingsKey()).toString())
+BuildRecord::BuildRecord(const QString& name)
+    : m_name(name), m_lastDownloaded(Settings::instance()->store().value(settingsKey()).toString())
 {
+}
+
+QString BuildRecord::stagingFolder() const
+{
+    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wineenv/drive_c/") +
+                           m_name);
 }
 
 QString BuildRecord::settingsKey() const { return QStringLiteral("LauncherLastDownloaded/%1").arg(m_name); }
@@ -38,7 +43,12 @@ IndexPtr BuildRecord::loadIndex() const { return loadIfThere(cachedIndexPath());
 
 IndexPtr BuildRecord::loadInstalledIndex(const IndexPtr& newest) const
 {
-    return QFile::exists(installedIndexPath()) ? loadIfThere(installedIndexPath()) : newest;
+    return QFile::exists(installedIndexPath()) ? getIndexFromFile(installedIndexPath()) : newest;
+}
+
+IndexPtr BuildRecord::loadPrefetchIndex() const
+{
+    return loadIfThere(stagingFolder() + QStringLiteral("/resfileindex_prefetch.txt"));
 }
 
 void BuildRecord::keepIndex(const QByteArray& bytes, const QString& build) const
@@ -62,7 +72,7 @@ QString BuildRecord::installedBuild() const
 
 QString BuildRecord::stagingFolderBuild() const
 {
-    const auto path = QDir::cleanPath(m_stagingFolder + QStringLiteral("/start.ini"));
+    const auto path = stagingFolder() + QStringLiteral("/start.ini");
     if (!QFile::exists(path)) {
         qDebug().noquote() << path << "not found, cannot read staging-folder build";
         return {};

@@ -13,12 +13,16 @@ class BuildRecord
 {
 public:
     /** name: the server's key in the catalogue. */
-    BuildRecord(const QString& name, const QString& stagingFolder);
+    explicit BuildRecord(const QString& name);
 
+    /** In the cache folder that is set now, like all that is read here. */
+    QString stagingFolder() const;
     /** Of the newest build that was known; null when there was none. */
     IndexPtr loadIndex() const;
     /** Of the last build whose files have been downloaded completely; newest where that is the same one. */
     IndexPtr loadInstalledIndex(const IndexPtr& newest) const;
+    /** Of the build in the staging folder; null when there is none. */
+    IndexPtr loadPrefetchIndex() const;
     /**
      * Keeps the index of this build, which lets a later start know it without a download; nothing else
      * depends on it. The index of the installed build stays beside it until dropInstalledIndex(): patches
@@ -45,6 +49,5 @@ private:
     QString settingsKey() const;
 
     const QString m_name;
-    const QString m_stagingFolder;
     QString m_lastDownloaded;
 };

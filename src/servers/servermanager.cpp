@@ -15,9 +15,7 @@
 
 #include <QDebug>
 #include <QDir>
-#include <QFile>
 #include <QJsonDocument>
-#include <QSaveFile>
 #include <QTimer>
 #include <QUrlQuery>
 #include <QtConcurrent>
@@ -32,7 +30,7 @@ ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObj
     : QObject(parent), m_name(name), m_displayName(entry.value(QLatin1String("displayName")).toString()),
       m_patchInfoUrl(QStringLiteral("%1velkorclient_%2.json")
                          .arg(Settings::instance()->getBaseUrlForVersion(), name.toUpper())),
-      m_server(entry.value(QLatin1String("server")).toString()), m_record(name, getStagingFolder()),
+      m_server(entry.value(QLatin1String("server")).toString()), m_record(name),
       m_fullDownload([this](const IndexPtr& index) {
           return makeDownload(QStringLiteral("Full resource download for %1").arg(m_displayName), index,
                               Settings::instance()->getBaseUrlForResources(), DownloadStep::FullResources);
@@ -45,9 +43,7 @@ ServerManager::ServerManager(const QString& name, const QJsonObject& entry, QObj
     });
     m_index.set(m_record.loadIndex());
     m_installedIndex.set(m_record.loadInstalledIndex(getIndex()));
-    if (const auto prefetch = getStagingFolder() + QStringLiteral("/resfileindex_prefetch.txt");
-        QFile::exists(prefetch))
-        m_currentPrefetchIndex = getIndexFromFile(prefetch);
+    m_currentPrefetchIndex = m_record.loadPrefetchIndex();
     m_stagingFolderBuild = m_record.installedBuild();
 }
 
@@ -56,12 +52,6 @@ ServerManager::~ServerManager()
     m_prefetchWatcher.waitForFinished();
     for (auto* process : qAsConst(m_processes))
         process->detach();
-}
-
-QString ServerManager::getStagingFolder() const
-{
-    return QDir::cleanPath(Settings::instance()->getCacheFolder() + QStringLiteral("/wineenv/drive_c/") +
-                           m_name);
 }
 
 QString ServerManager::getExefileName() const

@@ -50,7 +50,7 @@ public:
     IndexPtr getCurrentPrefetchIndex() const { return m_currentPrefetchIndex; }
     /** Of the build whose resources were last downloaded; null before the first. Any thread. */
     IndexPtr getResourceIndex() const { return m_fullDownload.getIndex(); }
-    QString getStagingFolder() const;
+    QString getStagingFolder() const { return m_record.stagingFolder(); }
     /** The client's executable in the staging folder. */
     QString getExefileName() const;
     /** The file in the cache that the binaries index names so; empty when there is none. */
